@@ -1,0 +1,126 @@
+/// @file
+/// The one pair of helpers that read and print numbers. The locale of the host never matters.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <climits>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <locale.h>
+#include <string>
+#include <string_view>
+
+namespace koine {
+
+constexpr bool isBlank(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+constexpr std::string_view skipBlanks(std::string_view text) noexcept {
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
+/// A whole number at the start of a text, as `strtol` reads it with base 10: leading blanks, a sign, digits.
+struct LeadingLong {
+    long value = 0;                ///< saturated at the bounds of `long`
+    std::string_view::size_type length = 0; ///< characters used, 0 when there is no number
+};
+
+constexpr LeadingLong leadingLong(std::string_view text) noexcept {
+    const std::string_view trimmed = skipBlanks(text);
+    std::string_view digits = trimmed;
+    const bool negative = !digits.empty() && digits.front() == '-';
+    if (negative || (!digits.empty() && digits.front() == '+'))
+        digits.remove_prefix(1);
+    std::size_t count = 0;
+    long value = 0;
+    for (; count < digits.size() && isDigit(digits[count]); ++count) {
+        const long digit = digits[count] - '0';
+        // Gathered on the negative side, which reaches one further.
+        value = value < (LONG_MIN + digit) / 10 ? LONG_MIN : value * 10 - digit;
+    }
+    if (count == 0)
+        return {};
+    if (!negative)
+        value = value == LONG_MIN ? LONG_MAX : -value;
+    return {value, text.size() - digits.size() + count};
+}
+
+/// `strtol` with base 10: 0 when there is no number, saturated when it is too large.
+constexpr long readLong(std::string_view text) noexcept { return leadingLong(text).value; }
+
+/// The same, saturated at the bounds of `int`.
+constexpr int readInt(std::string_view text) noexcept {
+    return static_cast<int>(std::clamp<long>(readLong(text), INT_MIN, INT_MAX));
+}
+
+/// The "C" locale, made once; null only when memory was short, and then the host's locale serves.
+inline locale_t plainLocale() noexcept {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+    return locale;
+}
+
+/// The part of a text that can belong to a decimal fraction, ended for the C library.
+inline std::string numberText(std::string_view text) {
+    const std::string_view trimmed = skipBlanks(text);
+    const auto end = std::find_if_not(trimmed.begin(), trimmed.end(), [](char c) {
+        return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '+' || c == '-' || c == '.';
+    });
+    return {trimmed.begin(), end};
+}
+
+/// `strtod`: 0 when there is no number.
+inline double readDouble(std::string_view text) {
+    const std::string number = numberText(text);
+    const locale_t locale = plainLocale();
+    return locale == nullptr ? std::strtod(number.c_str(), nullptr) : strtod_l(number.c_str(), nullptr, locale);
+}
+
+/// `strtod`, narrowed.
+inline float readFloat(std::string_view text) { return static_cast<float>(readDouble(text)); }
+
+inline void appendNumber(std::string& text, long value) {
+    std::array<char, 24> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    text.append(digits.data(), end);
+}
+
+inline std::string numberAsText(long value) {
+    std::string text;
+    appendNumber(text, value);
+    return text;
+}
+
+/// Prints with the plain locale for as long as it lives.
+class PlainLocaleScope {
+public:
+    PlainLocaleScope() noexcept : before_(uselocale(plainLocale())) {}
+    ~PlainLocaleScope() { uselocale(before_); }
+    PlainLocaleScope(const PlainLocaleScope&) = delete;
+    PlainLocaleScope& operator=(const PlainLocaleScope&) = delete;
+
+private:
+    locale_t before_;
+};
+
+/// As a text stream prints a float by default: up to six significant digits, no trailing zeros.
+inline std::string generalText(float value) {
+    const PlainLocaleScope plain;
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%g", static_cast<double>(value));
+    return text.data();
+}
+
+/// With a fixed number of decimals, as "%.<decimals>f" prints.
+inline std::string fixedText(double value, int decimals) {
+    const PlainLocaleScope plain;
+    std::array<char, 352> text{}; // the largest double has 309 digits before the point
+    std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
+    return text.data();
+}
+
+} // namespace koine
