@@ -315,6 +315,7 @@ public:
 private:
     friend struct koine::CategoryFamily;
     class Dispatch;
+    class Rewrite;
 
     int fillLogin(unsigned int uid, char** raw);
     int fillCapability(unsigned int uid, const char* url, char** raw);
@@ -322,8 +323,8 @@ private:
     int fillFromCapability(unsigned int uid, const char* url, char** raw);
     void takeCapabilityFlags();
     int fillMedia(unsigned int uid, const char* url, char** raw);
-    void writeQuality(const char* key, float value);
     char* deviceUrl(const char* requestLine);
+    int askDevice(unsigned int uid, const char* requestLine, char** raw);
 
     vm_mutex lock_;
     IBase* streamLive_ = nullptr;
