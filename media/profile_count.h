@@ -14,6 +14,8 @@ namespace koine {
 /// memory; the claimed number is still what `getProfileCount` reports.
 inline constexpr int kMostProfiles = 4096;
 
-constexpr int boundedProfileCount(std::string_view claimed) { return std::min(readInt(claimed), kMostProfiles); }
+constexpr int boundedProfileCount(std::string_view claimed) {
+    return std::min(readInt(claimed), kMostProfiles);
+}
 
 } // namespace koine

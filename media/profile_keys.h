@@ -62,10 +62,19 @@ inline constexpr std::array<std::string_view, 15> kEncoderSuffixes = {
 };
 
 /// Keys under one encoding of a profile's encoder configuration.
-enum class EncodingKey : unsigned { sizes, sizesSrc, sizesUi, largestSize, smallestSize, frameRates, govLength };
+enum class EncodingKey : unsigned {
+    sizes,
+    sizesSrc,
+    sizesUi,
+    largestSize,
+    smallestSize,
+    frameRates,
+    govLength
+};
 inline constexpr std::array<std::string_view, 7> kEncodingSuffixes = {
-    ".Resolution.NxN.List", ".Resolution.NxN.List.Src", ".Resolution.NxN.List.Ui", ".Resolution.NxN.Max",
-    ".Resolution.NxN.Min",  ".ResolutionFrameRateRange.NxN.List", ".GovLength",
+    ".Resolution.NxN.List", ".Resolution.NxN.List.Src", ".Resolution.NxN.List.Ui",
+    ".Resolution.NxN.Max",  ".Resolution.NxN.Min",      ".ResolutionFrameRateRange.NxN.List",
+    ".GovLength",
 };
 
 constexpr std::string_view suffixOf(ProfileKey key) { return kProfileSuffixes[static_cast<unsigned>(key)]; }

@@ -47,7 +47,9 @@ struct LocalAnswer {
 
 constexpr std::array<LocalAnswer, 5> kLocalAnswers = {{
     {kStreamGet,
-     [](BaseRequest& r, unsigned int uid, char* url, char** text) { return r.buildCgiStreamGet(uid, url, text); },
+     [](BaseRequest& r, unsigned int uid, char* url, char** text) {
+         return r.buildCgiStreamGet(uid, url, text);
+     },
      3758, true},
     {kGetStreamUri,
      [](BaseRequest& r, unsigned int uid, char* url, char** text) {
@@ -55,10 +57,14 @@ constexpr std::array<LocalAnswer, 5> kLocalAnswers = {{
      },
      3765, true},
     {kConfigGet,
-     [](BaseRequest& r, unsigned int uid, char* url, char** text) { return r.handleConfigGet(uid, url, text); },
+     [](BaseRequest& r, unsigned int uid, char* url, char** text) {
+         return r.handleConfigGet(uid, url, text);
+     },
      3772, false},
     {kLogin,
-     [](BaseRequest& r, unsigned int uid, char* url, char** text) { return r.getCacheLogin(uid, 0, url, text); },
+     [](BaseRequest& r, unsigned int uid, char* url, char** text) {
+         return r.getCacheLogin(uid, 0, url, text);
+     },
      3781, false},
     {kCapabilityGet,
      [](BaseRequest& r, unsigned int uid, char* url, char** text) {
@@ -73,8 +79,12 @@ constexpr std::array<LocalAnswer, 5> kLocalAnswers = {{
 class BaseRequest::Dispatch {
 public:
     Dispatch(BaseRequest& request, unsigned int uid, const char* input, bool wantsAnswer, OwnedText& text)
-        : request_(request), uid_(uid), input_(input == nullptr ? "(null)" : input), wantsAnswer_(wantsAnswer),
-          isNull_(input == nullptr), text_(text) {}
+        : request_(request),
+          uid_(uid),
+          input_(input == nullptr ? "(null)" : input),
+          wantsAnswer_(wantsAnswer),
+          isNull_(input == nullptr),
+          text_(text) {}
 
     int run(const char* username, const char* password) {
         const boost::shared_ptr<StreamIDClient> client = request_.get_streamid_client(uid_);
@@ -236,8 +246,8 @@ private:
     int askDevice() {
         if (text_)
             return kOk;
-        const int result = request_.requestCgi(uid_, url_.get(), OutText(text_), REQCGI_METHOD_GET,
-                                               REQCGI_CONNECTION_KEEP);
+        const int result =
+            request_.requestCgi(uid_, url_.get(), OutText(text_), REQCGI_METHOD_GET, REQCGI_CONNECTION_KEEP);
         if (result != kOk)
             dispatch_trace::deviceFailed(asker(), input_, result);
         return result;

@@ -26,8 +26,8 @@ inline void entered(Asker who, const void* object, const char* url) {
 }
 
 inline void notCopied(Asker who, const char* url, int error) {
-    dbg_trace("???#%d BaseRequest.requestHttpStr: uid=%d:%d, pchUrl=%s, err%d. \n", 3632, who.uid, who.channel,
-              url, error);
+    dbg_trace("???#%d BaseRequest.requestHttpStr: uid=%d:%d, pchUrl=%s, err%d. \n", 3632, who.uid,
+              who.channel, url, error);
 }
 
 inline void notParsed(Asker who, const char* url, int error, const char* reason) {
@@ -41,8 +41,8 @@ inline void setupNotParsed(Asker who, int error) {
 }
 
 inline void streamNotStarted(Asker who, int error) {
-    dbg_trace("??#%d BaseRequest.requestHttpStr: uid=%d:%d, HandleInit error%d. \n", 3698, who.uid, who.channel,
-              error);
+    dbg_trace("??#%d BaseRequest.requestHttpStr: uid=%d:%d, HandleInit error%d. \n", 3698, who.uid,
+              who.channel, error);
 }
 
 /// A step that answers lines itself, or the cache update after a set, failed.
@@ -52,8 +52,8 @@ inline void stepFailed(int line, Asker who, const char* url, int error) {
 }
 
 inline void parameterRefused(Asker who, const char* url, int error) {
-    dbg_trace("??#%d BaseRequest.requestHttpStr: uid=%d:%d, pchInputUrl=%s, checkCgiParameter err%d. \n", 3810,
-              who.uid, who.channel, url, error);
+    dbg_trace("??#%d BaseRequest.requestHttpStr: uid=%d:%d, pchInputUrl=%s, checkCgiParameter err%d. \n",
+              3810, who.uid, who.channel, url, error);
 }
 
 inline void notRewritten(int line, Asker who, const char* url, int error) {
@@ -62,8 +62,8 @@ inline void notRewritten(int line, Asker who, const char* url, int error) {
 }
 
 inline void streamSetReached(Asker who, const void* object, const char* url) {
-    dbg_trace("#%d BaseRequest::HandleInit: 0, uid=%d:%d, this=%#x, pchUrl=%s. \n", 3827, who.uid, who.channel,
-              shortAddress(object), url);
+    dbg_trace("#%d BaseRequest::HandleInit: 0, uid=%d:%d, this=%#x, pchUrl=%s. \n", 3827, who.uid,
+              who.channel, shortAddress(object), url);
 }
 
 inline void parameterNotHandled(int line, Asker who, const char* url, int error) {

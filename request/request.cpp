@@ -20,8 +20,8 @@ BaseRequest::BaseRequest() {
 BaseRequest::~BaseRequest() {
     {
         const ObjectLock lock(*this);
-        for (DeviceCache* cache : {&login_, &capability_, &media_, &video_, &camera_, &notification_, &misc_,
-                                   &videoAnalytics_})
+        for (DeviceCache* cache :
+             {&login_, &capability_, &media_, &video_, &camera_, &notification_, &misc_, &videoAnalytics_})
             cache->map.clear();
         if (httpClient_ != nullptr)
             httpClient_->Release();
@@ -46,12 +46,13 @@ int BaseRequest::CallJoystickCmd(const char* /*command*/, const char* /*paramete
     return kRefused;
 }
 
-void BaseRequest::HandleMultiCmd(const std::string& /*command*/, void* /*context*/, unsigned int /*length*/) {}
+void BaseRequest::HandleMultiCmd(const std::string& /*command*/, void* /*context*/, unsigned int /*length*/) {
+}
 
 void BaseRequest::PTZCmdCB(unsigned int /*uid*/, __QaHttpErr /*error*/, const unsigned char* /*data*/,
                            unsigned int /*length*/, const void* /*context*/) {}
 
-int BaseRequest::ParsingBaseNotification(const unsigned char* /*data*/, unsigned int /*length*/, bool* /*first*/,
-                                         bool* /*second*/, bool* /*third*/) {
+int BaseRequest::ParsingBaseNotification(const unsigned char* /*data*/, unsigned int /*length*/,
+                                         bool* /*first*/, bool* /*second*/, bool* /*third*/) {
     return kOk;
 }

@@ -39,9 +39,9 @@ int BaseRequest::requestCgi_1(unsigned int uid, char* url, char** answer, _REQCG
     const std::string password = get_password();
     char* body = nullptr; // stays the client's
     unsigned int bodyLength = 0;
-    int result = httpClient_->Request(url, nullptr, nullptr, nullptr, 0, username.c_str(), password.c_str(),
-                                      &body, &bodyLength, method == 0 ? kClientGet : kClientPost,
-                                      connection == 0 ? 0 : 1);
+    int result =
+        httpClient_->Request(url, nullptr, nullptr, nullptr, 0, username.c_str(), password.c_str(), &body,
+                             &bodyLength, method == 0 ? kClientGet : kClientPost, connection == 0 ? 0 : 1);
     if (result == kOk && answer != nullptr && body != nullptr) {
         OwnedText copy = copyText(body);
         if (copy)

@@ -16,16 +16,18 @@ inline void sending(int uid, int channel, const char* url) {
 }
 
 inline void noUrl(int uid, int channel, const char* url, int error) {
-    dbg_trace("???#%d BaseRequest.requestCgi_1: uid=%d:%d, pchUrl=%s, err%d. \n", 3517, uid, channel, url, error);
+    dbg_trace("???#%d BaseRequest.requestCgi_1: uid=%d:%d, pchUrl=%s, err%d. \n", 3517, uid, channel, url,
+              error);
 }
 
 inline void noClient(int uid, int channel, const char* url, int error) {
-    dbg_trace("???#%d BaseRequest.requestCgi_1: uid=%d:%d, pchUrl=%s, err%d. will break\n", 3537, uid, channel,
-              url, error);
+    dbg_trace("???#%d BaseRequest.requestCgi_1: uid=%d:%d, pchUrl=%s, err%d. will break\n", 3537, uid,
+              channel, url, error);
 }
 
 inline void failed(int uid, int channel, const char* url, int error) {
-    dbg_trace("??#%d BaseRequest.requestCgi: uid=%d:%d, pchUrl=%s, err%d. \n", 3547, uid, channel, url, error);
+    dbg_trace("??#%d BaseRequest.requestCgi: uid=%d:%d, pchUrl=%s, err%d. \n", 3547, uid, channel, url,
+              error);
 }
 
 inline void answerNotParsed(int uid, int channel, int error) {

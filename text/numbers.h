@@ -26,7 +26,7 @@ constexpr std::string_view skipBlanks(std::string_view text) noexcept {
 
 /// A whole number at the start of a text, as `strtol` reads it with base 10: leading blanks, a sign, digits.
 struct LeadingLong {
-    long value = 0;                ///< saturated at the bounds of `long`
+    long value = 0;                         ///< saturated at the bounds of `long`
     std::string_view::size_type length = 0; ///< characters used, 0 when there is no number
 };
 
@@ -68,7 +68,8 @@ inline locale_t plainLocale() noexcept {
 inline std::string numberText(std::string_view text) {
     const std::string_view trimmed = skipBlanks(text);
     const auto end = std::find_if_not(trimmed.begin(), trimmed.end(), [](char c) {
-        return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '+' || c == '-' || c == '.';
+        return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '+' || c == '-' ||
+               c == '.';
     });
     return {trimmed.begin(), end};
 }
@@ -77,7 +78,8 @@ inline std::string numberText(std::string_view text) {
 inline double readDouble(std::string_view text) {
     const std::string number = numberText(text);
     const locale_t locale = plainLocale();
-    return locale == nullptr ? std::strtod(number.c_str(), nullptr) : strtod_l(number.c_str(), nullptr, locale);
+    return locale == nullptr ? std::strtod(number.c_str(), nullptr)
+                             : strtod_l(number.c_str(), nullptr, locale);
 }
 
 /// `strtod`, narrowed.

@@ -141,8 +141,12 @@ namespace detail {
 constexpr bool step(Cursor& cursor, Into<int> target) noexcept { return cursor.integer(target.value); }
 inline bool step(Cursor& cursor, Into<unsigned int> target) noexcept { return cursor.whole(target.value); }
 inline bool step(Cursor& cursor, Into<float> target) { return cursor.real(target.value); }
-constexpr bool step(Cursor& cursor, Into<std::string_view> target) noexcept { return cursor.word(target.value); }
-constexpr bool step(Cursor& cursor, Until target) noexcept { return cursor.wordUntil(target.stop, target.value); }
+constexpr bool step(Cursor& cursor, Into<std::string_view> target) noexcept {
+    return cursor.word(target.value);
+}
+constexpr bool step(Cursor& cursor, Until target) noexcept {
+    return cursor.wordUntil(target.stop, target.value);
+}
 } // namespace detail
 
 /// Does the item begin like this? Texts stand for themselves, `into(int)` for "%d", `into(unsigned)` for

@@ -316,12 +316,11 @@ private:
     friend struct koine::CategoryFamily;
     class Dispatch;
     class Rewrite;
+    class ConfigSet;
+    class CapabilityFill;
+    class CategoryAnswer;
 
     int fillLogin(unsigned int uid, char** raw);
-    int fillCapability(unsigned int uid, const char* url, char** raw);
-    int fillFromMachine(unsigned int uid, char** raw);
-    int fillFromCapability(unsigned int uid, const char* url, char** raw);
-    void takeCapabilityFlags();
     int fillMedia(unsigned int uid, const char* url, char** raw);
     char* deviceUrl(const char* requestLine);
     int askDevice(unsigned int uid, const char* requestLine, char** raw);

@@ -92,22 +92,22 @@ public:
     /// Value of a key in the user's stream set-up map, or null when absent or empty.
     virtual const char* GetStreamMapStr(unsigned int uid, const char* key) = 0;
 
-    virtual int strm_setting_channel(unsigned int uid) = 0; ///< channel of the user's stream, counted from 1
-    virtual int strm_setting_no(unsigned int uid) = 0;      ///< stream number of the user
-    virtual const char* model_name(unsigned int uid) = 0;   ///< model of the device; the uid is ignored
-    virtual int getSettingMaxW(unsigned int uid) = 0;       ///< largest width in pixels
-    virtual int getSettingMaxH(unsigned int uid) = 0;       ///< largest height in pixels
-    virtual float getNowQuality(unsigned int uid) = 0;      ///< current quality; below 0 when unknown
-    virtual float getQualityStep(unsigned int uid) = 0;     ///< device quality per unit of host quality
-    virtual int profile_id(unsigned int uid) = 0;           ///< number of the chosen profile, 0 for none
+    virtual int strm_setting_channel(unsigned int uid) = 0;  ///< channel of the user's stream, counted from 1
+    virtual int strm_setting_no(unsigned int uid) = 0;       ///< stream number of the user
+    virtual const char* model_name(unsigned int uid) = 0;    ///< model of the device; the uid is ignored
+    virtual int getSettingMaxW(unsigned int uid) = 0;        ///< largest width in pixels
+    virtual int getSettingMaxH(unsigned int uid) = 0;        ///< largest height in pixels
+    virtual float getNowQuality(unsigned int uid) = 0;       ///< current quality; below 0 when unknown
+    virtual float getQualityStep(unsigned int uid) = 0;      ///< device quality per unit of host quality
+    virtual int profile_id(unsigned int uid) = 0;            ///< number of the chosen profile, 0 for none
     virtual const char* profile_token(unsigned int uid) = 0; ///< token of the chosen profile
     virtual int audio_in_live(unsigned int uid) = 0;         ///< 1 when live view carries audio
 
-    virtual int strm_nvr_subchannel() = 0;           ///< channel of a recorder, 1 or more
-    virtual const char* get_login_username() = 0;    ///< user name sent to the device
-    virtual const char* get_login_password() = 0;    ///< password sent to the device
-    virtual const char* server_address() const = 0;  ///< address of the device; empty until known
-    virtual unsigned int server_port() const = 0;    ///< HTTP port of the device
+    virtual int strm_nvr_subchannel() = 0;          ///< channel of a recorder, 1 or more
+    virtual const char* get_login_username() = 0;   ///< user name sent to the device
+    virtual const char* get_login_password() = 0;   ///< password sent to the device
+    virtual const char* server_address() const = 0; ///< address of the device; empty until known
+    virtual unsigned int server_port() const = 0;   ///< HTTP port of the device
 
     virtual void setVendor(const char* vendor) = 0; ///< "ONLY_STREAM..." and "TOVLIN..." have meanings
     virtual const char* getVendor() = 0;

@@ -47,12 +47,12 @@ namespace koine {
 /// Results of the operations. Any other value comes unchanged from the device transport or the support
 /// library.
 enum Result : int {
-    kOk = 1,            ///< success
-    kNotBuilt = 0,      ///< an answer could not be built
-    kAuthFailed = -1,   ///< the device refused the credentials
-    kRefused = -2,      ///< bad or refused input
-    kNoResource = -8,   ///< out of memory, no HTTP client, a key absent from a cache, an answer too long
-    kNoFunction = -14,  ///< the device does not have the function that was asked for
+    kOk = 1,           ///< success
+    kNotBuilt = 0,     ///< an answer could not be built
+    kAuthFailed = -1,  ///< the device refused the credentials
+    kRefused = -2,     ///< bad or refused input
+    kNoResource = -8,  ///< out of memory, no HTTP client, a key absent from a cache, an answer too long
+    kNoFunction = -14, ///< the device does not have the function that was asked for
 };
 
 } // namespace koine

@@ -1,0 +1,22 @@
+// All caches of a device, in the order in which they build on each other.
+
+#include "koine/BaseRequest.h"
+
+using namespace koine;
+
+int BaseRequest::cacheCgi(unsigned int uid) {
+    if (const int result = getCacheLogin(uid, 0, nullptr, nullptr); result != kOk)
+        return result;
+    if (const int result = getCacheCapability(uid, 0, nullptr, nullptr); result != kOk)
+        return result;
+    using Get = int (BaseRequest::*)(unsigned int, int, const char*, const char*, char**);
+    constexpr Get kCategories[] = {
+        &BaseRequest::getCacheConfigMedia,  &BaseRequest::getCacheConfigVideo,
+        &BaseRequest::getCacheConfigCamera, &BaseRequest::getCacheConfigNotification,
+        &BaseRequest::getCacheConfigMisc,   &BaseRequest::getCacheConfigVideoAnalytics,
+    };
+    for (const Get get : kCategories)
+        if (const int result = (this->*get)(uid, 0, nullptr, nullptr, nullptr); result != kOk)
+            return result;
+    return kOk;
+}

@@ -1,0 +1,67 @@
+/// @file
+/// Several answers in one text.
+#pragma once
+
+#include "text/owned_text.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+namespace koine {
+
+/// A text that grows part by part, the parts separated by line ends. Each part keeps its own status head.
+class JoinedAnswer {
+public:
+    enum class Outcome { joined, notCreated, notResized };
+
+    /// Makes room before the first part comes; `append` does it by itself otherwise.
+    bool create() {
+        text_.reset(static_cast<char*>(std::calloc(1, kFirstCapacity)));
+        capacity_ = text_ ? kFirstCapacity : 0;
+        return text_ != nullptr;
+    }
+
+    Outcome append(std::string_view part) {
+        if (!text_ && !create())
+            return Outcome::notCreated;
+        required_ += part.size() + kRoomPerPart;
+        if (required_ > capacity_ && !resize())
+            return Outcome::notResized;
+        if (length_ > 0)
+            put("\n");
+        put(part);
+        return Outcome::joined;
+    }
+
+    /// Hands the text out; null when nothing was created.
+    char* release() { return text_.release(); }
+
+private:
+    static constexpr std::size_t kFirstCapacity = 4096;
+    static constexpr std::size_t kRoomPerPart = 32; // the line end between parts and the final NUL fit
+
+    bool resize() {
+        void* const larger = std::realloc(text_.get(), required_);
+        if (larger == nullptr)
+            return false;
+        static_cast<void>(text_.release()); // realloc has taken it
+        text_.reset(static_cast<char*>(larger));
+        capacity_ = required_;
+        return true;
+    }
+
+    void put(std::string_view part) {
+        if (!part.empty())
+            std::memcpy(text_.get() + length_, part.data(), part.size());
+        length_ += part.size();
+        text_.get()[length_] = '\0';
+    }
+
+    OwnedText text_;
+    std::size_t length_ = 0;
+    std::size_t required_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+} // namespace koine
