@@ -1,0 +1,79 @@
+/// @file
+/// A request object for devices that speak the dialect themselves.
+#pragma once
+
+#include "devices/uri_pattern.h"
+#include "koine/BaseRequest.h"
+
+#include <atomic>
+#include <cstdint>
+#include <string_view>
+
+namespace koine {
+
+/// Sends every line to the device as it is and understands its refusals.
+///
+/// Made by `openDevice`, or like any request object: created, then told address, port and credentials. A
+/// class for a device with ways of its own derives from this one and replaces the steps that differ.
+///
+/// The settings below are plain members (see the rules at `IBaseRequest`): call the setters before the
+/// object is shared. The counters may be read from any thread.
+class KOINE_EXPORT DialectRequest : public BaseRequest {
+public:
+    const char* deviceClass() override;
+
+    /// Locked. Asks the device for its login answer, unless it is known already.
+    /// @retval 1 the device answered
+    /// @return otherwise the result of `getCacheLogin`
+    int probe(unsigned int uid) override;
+
+    int handleParameter(unsigned int uid, char* url, char** answer) override;
+    int syncProfileToken(unsigned int uid) override;
+
+    /// Sends a line ("Login.cgi", "/Login.cgi") or an absolute URL to the device.
+    ///
+    /// A URL that names another host, or that would ask a TLS device in the clear, is refused: the
+    /// credentials belong to this device. A "Config.cgi?action=set" that the device answers with a status
+    /// other than 0 counts as failed, so that refused settings never reach the caches.
+    /// @retval 1 the device answered and did not refuse
+    /// @retval -1 the device refused the credentials, by HTTP or by the status -35 of a set
+    /// @retval -2 null, not a URL, another host; or the device refused a set with the status 1
+    /// @return otherwise the result of `requestCgi_1`, or the status with which the device refused a set
+    int requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
+                   _REQCGI_CONNECTION_DEF connection) override;
+
+    /// Expands the URI pattern; the token is that of the user's profile.
+    /// @retval 1 built
+    /// @retval -2 no place for the URI
+    /// @retval -8 out of memory
+    int buildStreamUri(unsigned int uid, const char* serverAddress, unsigned int serverPort,
+                       const char* videoEncoding, const char* audioEncoding, int width, int height,
+                       char** uri) override;
+
+    /// @throws UriPatternError; the pattern then stays as it was
+    void setUriPattern(std::string_view pattern) { uriPattern_ = UriPattern(pattern); }
+
+    void setRtspPort(unsigned int port) { rtspPort_ = port; } ///< 554 unless set
+    unsigned int rtspPort() const { return rtspPort_; }
+
+    /// Whether stream URIs carry user name and password. Off unless set: URIs end up in logs.
+    void setCredentialsInUri(bool wanted) { credentialsInUri_ = wanted; }
+
+    /// Requests that went to the device, answered or not. What a line cost is the difference of two reads;
+    /// 0 means that it was answered from the caches.
+    std::uint64_t requestsSent() const { return requestsSent_.load(std::memory_order_relaxed); }
+
+    /// Those of them that failed or were refused.
+    std::uint64_t requestsFailed() const { return requestsFailed_.load(std::memory_order_relaxed); }
+
+private:
+    int refuse(unsigned int uid, const char* url);
+
+    UriPattern uriPattern_;
+    unsigned int rtspPort_ = 554;
+    bool credentialsInUri_ = false;
+    std::atomic<std::uint64_t> requestsSent_{0};
+    std::atomic<std::uint64_t> requestsFailed_{0};
+};
+
+} // namespace koine
