@@ -3,7 +3,6 @@
 #pragma once
 
 #include "koine/IBaseRequest.h"
-#include "platform/cgi_text.h"
 
 #include <string>
 #include <string_view>
@@ -17,33 +16,18 @@ struct Answer {
 
     bool ok() const { return result == kOk; }
 
-    /// The `key=value` lines; empty when the answer carries a failing status.
-    CgiMap values() const {
-        CgiMap map;
-        createMapStr(text.c_str(), &map);
-        return map;
-    }
+    /// The status in the text's first line: 0 when all is well, and also when the text has no status.
+    KOINE_EXPORT int status() const;
+
+    /// The `key=value` lines; empty when the text carries a failing status.
+    KOINE_EXPORT CgiMap values() const;
 };
+
+/// The status with which an answer text begins; 0 when its first line is no number.
+KOINE_EXPORT int answerStatus(std::string_view text);
 
 /// Sends one line. The object must know address and credentials, or learn them from the line.
 /// @throws std::bad_alloc when the answer does not fit into memory
-inline Answer request(IBaseRequest& device, unsigned int uid, std::string_view line) {
-    struct Text {
-        explicit Text(IBaseRequest& giver) : device(giver) {}
-        ~Text() { device.freeData(text); }
-        Text(const Text&) = delete;
-        Text& operator=(const Text&) = delete;
-        IBaseRequest& device;
-        char* text = nullptr;
-    };
-    std::string url(line); // the operation takes texts that it could change
-    std::string none;
-    Text answer(device);
-    Answer result;
-    result.result = device.requestHttpStr(uid, url.data(), none.data(), none.data(), &answer.text);
-    if (answer.text != nullptr)
-        result.text = answer.text;
-    return result;
-}
+KOINE_EXPORT Answer request(IBaseRequest& device, unsigned int uid, std::string_view line);
 
 } // namespace koine

@@ -2,12 +2,12 @@
 
 #include "devices/dialect_request.h"
 
+#include "devices/answer.h"
 #include "devices/percent.h"
 #include "platform/cgi_text.h"
 #include "platform/trace.h"
 #include "platform/url.h"
 #include "request/object_lock.h"
-#include "text/numbers.h"
 #include "text/owned_text.h"
 #include "text/words.h"
 
@@ -59,16 +59,9 @@ bool addresses(const char* url, const char* address, unsigned int port) {
     }
 }
 
-/// The status in the first line of an answer; 0 when the line is no number and so says nothing.
-int statusOf(std::string_view answer) {
-    const std::string_view line = answer.substr(0, answer.find('\n'));
-    const LeadingLong number = leadingLong(line);
-    return skipBlanks(line.substr(number.length)).empty() ? readInt(line) : 0;
-}
-
 /// The result that stands for the status with which a device answered a set.
 int resultOfSet(std::string_view answer) {
-    const int status = statusOf(answer);
+    const int status = answerStatus(answer);
     if (status == 0)
         return kOk;
     if (status == kAuthStatus)
