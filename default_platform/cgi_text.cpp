@@ -1,0 +1,157 @@
+#include "platform/cgi_text.h"
+
+#include "default_platform/shortage.h"
+#include "text/numbers.h"
+#include "text/owned_text.h"
+#include "text/words.h"
+
+#include <cstring>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+using koine::OwnedText;
+
+constexpr std::string_view kHead = "0\nOK\n";
+constexpr int kDeviceRefusedCredentials = -35;
+
+/// Takes the next line off the text, without its line end.
+std::string_view takeLine(std::string_view& text) {
+    const std::size_t end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+    if (!line.empty() && line.back() == '\r')
+        line.remove_suffix(1);
+    return line;
+}
+
+/// The status, when the line is a number and nothing else.
+std::optional<int> statusOf(std::string_view line) {
+    const koine::LeadingLong number = koine::leadingLong(line);
+    if (number.length == 0 || !koine::skipBlanks(line.substr(number.length)).empty())
+        return std::nullopt;
+    return koine::readInt(line);
+}
+
+int resultOf(int status) {
+    if (status == kDeviceRefusedCredentials)
+        return koine::kAuthFailed;
+    // A refusal must not read as success, whatever number the device gives it.
+    return status == koine::kOk ? koine::kRefused : status;
+}
+
+CgiMap readPairs(std::string_view text) {
+    CgiMap pairs;
+    while (!text.empty()) {
+        const std::string_view line = takeLine(text);
+        const std::size_t equals = line.find('=');
+        if (equals == std::string_view::npos)
+            continue;
+        // Devices send their keys in order, mostly: then the hint makes an insertion cheap.
+        pairs.insert_or_assign(pairs.end(), std::string(line.substr(0, equals)),
+                               std::string(line.substr(equals + 1)));
+    }
+    return pairs;
+}
+
+/// Moves every pair over; what is there already gives way. Allocates nothing, so it is done wholly.
+void moveInto(CgiMap& target, CgiMap& pairs) noexcept {
+    if (target.empty()) {
+        target.swap(pairs);
+        return;
+    }
+    while (!pairs.empty()) {
+        const auto result = target.insert(pairs.extract(pairs.begin()));
+        if (!result.inserted)
+            result.position->second.swap(result.node.mapped());
+    }
+}
+
+int parse(const char* text, CgiMap* map) {
+    std::string_view rest = koine::viewOf(text);
+    const std::optional<int> status = statusOf(takeLine(rest));
+    if (map == nullptr || !status)
+        return koine::kRefused;
+    if (*status != 0)
+        return resultOf(*status);
+    takeLine(rest); // the message line
+    CgiMap pairs = readPairs(rest);
+    moveInto(*map, pairs);
+    return koine::kOk;
+}
+
+/// Which keys a request names: null for all, "*" for any run of characters.
+class KeyPattern {
+public:
+    explicit KeyPattern(const char* pattern) : all_(pattern == nullptr), pattern_(koine::viewOf(pattern)) {}
+
+    bool matches(std::string_view key) const { return all_ || matchesPattern(key); }
+
+private:
+    // Only the last "*" is ever tried again, so the time is bounded by key length times pattern length.
+    bool matchesPattern(std::string_view key) const {
+        std::size_t at = 0;
+        std::size_t star = std::string_view::npos;
+        std::size_t resume = 0;
+        for (std::size_t i = 0; i < key.size();) {
+            if (at < pattern_.size() && pattern_[at] == '*') {
+                star = at++;
+                resume = i;
+            } else if (at < pattern_.size() && koine::lowered(pattern_[at]) == koine::lowered(key[i])) {
+                ++at;
+                ++i;
+            } else if (star != std::string_view::npos) {
+                at = star + 1;
+                i = ++resume;
+            } else {
+                return false;
+            }
+        }
+        return pattern_.find_first_not_of('*', at) == std::string_view::npos;
+    }
+
+    bool all_;
+    std::string_view pattern_;
+};
+
+std::size_t printedSize(const CgiMap& map, const KeyPattern& wanted) {
+    std::size_t size = 0;
+    for (const auto& [key, value] : map)
+        if (wanted.matches(key))
+            size += key.size() + value.size() + std::strlen("=\n");
+    return size;
+}
+
+char* put(char* at, std::string_view text) {
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
+}
+
+OwnedText print(const CgiMap& map, const KeyPattern& wanted) {
+    const std::size_t size = printedSize(map, wanted);
+    if (size == 0)
+        return nullptr;
+    OwnedText text(static_cast<char*>(std::malloc(kHead.size() + size + 1)));
+    if (!text)
+        return nullptr;
+    char* at = put(text.get(), kHead);
+    for (const auto& [key, value] : map)
+        if (wanted.matches(key))
+            at = put(put(put(put(at, key), "="), value), "\n");
+    *at = '\0';
+    return text;
+}
+
+} // namespace
+
+int createMapStr(const char* text, CgiMap* map) {
+    return koine::platform::orOnShortage<int>(koine::kNoResource, [&] { return parse(text, map); });
+}
+
+int createMapstrFromCgi(const char* text, CgiMap* map) { return createMapStr(text, map); }
+
+char* getCgiStr(CgiMap* map, const char* key) {
+    return map == nullptr ? nullptr : print(*map, KeyPattern(key)).release();
+}
