@@ -319,9 +319,10 @@ private:
     class ConfigSet;
     class CapabilityFill;
     class CategoryAnswer;
+    class MediaFill;
+    class ProfileSync;
 
     int fillLogin(unsigned int uid, char** raw);
-    int fillMedia(unsigned int uid, const char* url, char** raw);
     char* deviceUrl(const char* requestLine);
     int askDevice(unsigned int uid, const char* requestLine, char** raw);
 
