@@ -42,8 +42,9 @@ enum class EncoderKey : unsigned {
     bitrateLimitMin,
     h264Profile,
     mpeg4Profile,
+    govLength,
 };
-inline constexpr std::array<std::string_view, 15> kEncoderSuffixes = {
+inline constexpr std::array<std::string_view, 16> kEncoderSuffixes = {
     ".token",
     ".Encoding",
     ".EncodingList",
@@ -59,6 +60,7 @@ inline constexpr std::array<std::string_view, 15> kEncoderSuffixes = {
     ".RateControl.BitrateLimit.Min",
     ".H264.H264Profile",
     ".MPEG4.Mpeg4Profile",
+    ".GovLength",
 };
 
 /// Keys under one encoding of a profile's encoder configuration.
