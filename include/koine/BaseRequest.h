@@ -321,6 +321,8 @@ private:
     class CategoryAnswer;
     class MediaFill;
     class ProfileSync;
+    class StreamStart;
+    class UriAnswer;
 
     int fillLogin(unsigned int uid, char** raw);
     char* deviceUrl(const char* requestLine);

@@ -1,0 +1,156 @@
+// "Stream.cgi?action=get": the stream a user is set up for and the profile behind it.
+
+#include "cache/key_map.h"
+#include "cache/keys.h"
+#include "koine/BaseRequest.h"
+#include "media/profile_count.h"
+#include "media/profile_keys.h"
+#include "media/work_text.h"
+#include "stream/required_client.h"
+#include "stream/stream_traces.h"
+#include "text/numbers.h"
+#include "text/owned_text.h"
+#include "text/words.h"
+
+#include <array>
+
+using namespace koine;
+
+namespace {
+
+constexpr std::size_t kAnswerBytes = 4096;
+
+constexpr const char* kDefaultCodec = "H264";
+/// Codecs that the answer names, by how the entry begins; everything else counts as the default.
+constexpr std::array<std::string_view, 2> kOtherCodecs = {"JPEG", "MPEG4"};
+
+std::string_view codecName(std::string_view encoding) {
+    for (const std::string_view codec : kOtherCodecs)
+        if (startsWithIgnoreCase(encoding, codec))
+            return codec;
+    return kDefaultCodec;
+}
+
+/// How an entry of the media cache is printed.
+enum class Print { whole, oneDecimal, sizesOfCodec };
+
+struct ProfileLine {
+    EncoderKey key; // not looked at for the sizes of the codec
+    std::string_view name;
+    Print print;
+};
+
+/// The lines about the profile, in their order, after that of the encoding.
+constexpr std::array<ProfileLine, 8> kProfileLines = {{
+    {EncoderKey::width, "Stream.Profile.Resolution.Width", Print::whole},
+    {EncoderKey::height, "Stream.Profile.Resolution.Height", Print::whole},
+    {EncoderKey::quality, "Stream.Profile.Quality", Print::oneDecimal},
+    {EncoderKey::frameRateLimit, "Stream.Profile.RateControl.FrameRateLimit", Print::whole},
+    {EncoderKey::bitrateLimit, "Stream.Profile.RateControl.BitrateLimit", Print::whole},
+    {EncoderKey::encodingList, "Stream.Video.Resolution.", Print::sizesOfCodec},
+    {EncoderKey::qualityMax, "Stream.Video.Quality.Max", Print::whole},
+    {EncoderKey::qualityMin, "Stream.Video.Quality.Min", Print::whole},
+}};
+
+class StreamAnswer {
+public:
+    explicit StreamAnswer(std::string& text) : text_(text) { text_ = answers::kOkHead; }
+
+    void add(std::string_view name, std::string_view value) {
+        text_.append("\n").append(name).append("=").append(value);
+    }
+
+    void addGiven(std::string_view name, std::string_view value) {
+        if (!value.empty())
+            add(name, value);
+    }
+
+    void addUser(const StreamIDClient& client) {
+        addGiven("ProfileToken", viewOf(client.profile_token()));
+        addGiven("ProfileMode", client.profile_mode());
+        if (client.profile_id() != 0)
+            add("Stream.Profile.Id", numberAsText(client.profile_id()));
+        addGiven("Stream.Stream", client.setting_stream());
+        addGiven("Stream.Transport.Protocol", client.transport_protocol());
+    }
+
+    void addProfile(const CgiMap& media, ProfileNumber profile) {
+        ProfileKeys keys(profile);
+        std::string_view codec = kDefaultCodec;
+        if (const std::string* encoding = findValue(media, keys.of(EncoderKey::encoding))) {
+            codec = codecName(*encoding);
+            add("Stream.Profile.Encoding", codec);
+        }
+        for (const ProfileLine& line : kProfileLines)
+            addLine(line, media, keys, codec);
+    }
+
+private:
+    void addLine(const ProfileLine& line, const CgiMap& media, ProfileKeys& keys, std::string_view codec) {
+        const bool isSizes = line.print == Print::sizesOfCodec;
+        const std::string* value =
+            findValue(media, isSizes ? keys.of(EncodingKey::sizes, codec) : keys.of(line.key));
+        if (value == nullptr)
+            return;
+        text_.append("\n").append(line.name);
+        if (isSizes)
+            text_.append(codec).append(".NxN.List=").append(*value);
+        else if (line.print == Print::oneDecimal)
+            text_.append("=").append(fixedText(readDouble(*value), 1));
+        else
+            appendNumber(text_.append("="), readInt(*value));
+    }
+
+    std::string& text_;
+};
+
+/// The first profile with the user's token, or 0. Looking at a token leaves its entry behind.
+int profileOfToken(CgiMap& media, std::string_view token) {
+    const int count = boundedProfileCount(entry(media, kProfileCountKey));
+    for (int number = 1; number <= count; ++number)
+        if (entry(media, ProfileKeys(ProfileNumber{number}).of(ProfileKey::token)) == token)
+            return number;
+    return 0;
+}
+
+/// Answers with the error text, unless there is an answer already.
+int fail(int result, char** answer) {
+    if (answer != nullptr && *answer == nullptr)
+        *answer = copyText(answers::kUnknownParameter).release();
+    return result;
+}
+
+} // namespace
+
+int BaseRequest::buildCgiStreamGet(unsigned int uid, char* /*url*/, char** answer) {
+    const boost::shared_ptr<StreamIDClient> held = get_streamid_client(uid);
+    StreamIDClient& client = required(held);
+    const int user = static_cast<int>(uid);
+    if (viewOf(client.profile_token()).empty()) {
+        stream_trace::streamNotBuilt(__LINE__, user, strm_setting_channel(), kRefused);
+        return fail(kRefused, answer);
+    }
+    const bool hasProfiles = getMediaProfile() == 1;
+    if (hasProfiles)
+        if (const int profile = profileOfToken(media_.map, viewOf(client.profile_token())); profile != 0)
+            client.set_profile_id(profile);
+    if (answer == nullptr)
+        return kOk;
+
+    std::string text;
+    OwnedText copy;
+    if (reserveText(text, kAnswerBytes)) {
+        StreamAnswer built(text);
+        built.addUser(client);
+        if (hasProfiles)
+            built.addProfile(media_.map, ProfileNumber{client.profile_id()});
+        if (text.size() < kAnswerBytes)
+            copy = copyText(text);
+    }
+    if (!copy) {
+        stream_trace::streamNotBuilt(__LINE__, user, strm_setting_channel(), kNoResource);
+        return fail(kNoResource, answer);
+    }
+    *answer = copy.release();
+    return kOk;
+}
