@@ -4,6 +4,9 @@
 # our tests, above all under the sanitizers.
 find_package(GTest REQUIRED)
 
+# Builds all tests that are labelled "threads": those that are worth running under the thread sanitizer.
+add_custom_target(thread_tests)
+
 function(koine_test NAME)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   add_executable(${NAME} ${ARG_SOURCES})
@@ -14,4 +17,7 @@ function(koine_test NAME)
   endif()
   add_test(NAME ${NAME} COMMAND ${NAME} --gtest_brief=1)
   set_tests_properties(${NAME} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+  if("threads" IN_LIST ARG_LABELS)
+    add_dependencies(thread_tests ${NAME})
+  endif()
 endfunction()
