@@ -17,15 +17,25 @@ public:
         : rest_(text), separators_(separators) {}
 
     std::optional<std::string_view> next(std::string_view separators) noexcept {
-        const std::size_t first = rest_.find_first_not_of(separators);
-        if (first == std::string_view::npos) {
-            rest_ = {};
-            return std::nullopt;
-        }
-        const std::size_t end = rest_.find_first_of(separators, first);
-        const std::string_view token = rest_.substr(first, end == std::string_view::npos ? end : end - first);
+        const auto separates = [separators](char c) {
+            for (const char separator : separators)
+                if (c == separator)
+                    return true;
+            return false;
+        };
+        const char* first = rest_.data();
+        const char* const last = first + rest_.size();
+        while (first != last && separates(*first))
+            ++first;
+        const char* end = first;
+        while (end != last && !separates(*end))
+            ++end;
+        const std::string_view token(first, static_cast<std::size_t>(end - first));
         // The separator that ends a token belongs to it: the next call may use other separators.
-        rest_ = end == std::string_view::npos ? std::string_view() : rest_.substr(end + 1);
+        rest_ = end == last ? std::string_view()
+                            : std::string_view(end + 1, static_cast<std::size_t>(last - end - 1));
+        if (token.empty())
+            return std::nullopt;
         return token;
     }
 
