@@ -13,35 +13,42 @@ namespace koine {
 ///
 /// The keys of one encoding stand side by side in the map, and so do those of one profile, so the next key is
 /// usually a few steps away; a search from the root compares the long common beginning of the keys at every
-/// level. Texts it hands out stay where they are: entries are only ever added.
+/// level. Ask for keys in their order.
 ///
 /// It also counts the characters that go through it. A device that claims thousands of profiles and gives
 /// lists of megabytes multiplies the one with the other; the count tells when to leave it at that.
 class MediaMap {
 public:
+    /// Where a key is or belongs. Stays good while entries are added: they never move and none is erased.
+    class Entry {
+    public:
+        bool isPresent() const { return isPresent_; }
+        std::string& text() const { return place_->second; }
+
+    private:
+        friend class MediaMap;
+        CgiMap::iterator place_;
+        bool isPresent_ = false;
+    };
+
     explicit MediaMap(CgiMap& map) : map_(map), place_(map.begin()) {}
 
-    /// The value of a key, or null.
-    std::string* find(std::string_view key) { return moveTo(key) ? &place_->second : nullptr; }
-
-    /// The value of a key, which is set first when it is absent.
-    std::string& setIfAbsent(std::string_view key, std::string_view value) {
-        if (!moveTo(key)) {
-            place_ = map_.emplace_hint(place_, key, value);
-            note(key.size() + value.size());
-        }
-        return place_->second;
+    Entry look(std::string_view key) {
+        Entry entry;
+        entry.isPresent_ = moveTo(key);
+        entry.place_ = place_;
+        return entry;
     }
 
-    void set(std::string_view key, std::string_view value) {
-        if (moveTo(key))
-            assign(place_->second, value);
-        else
-            setIfAbsent(key, value);
+    /// Adds the entry, unless it came to be present after it was looked for.
+    void add(Entry& entry, std::string_view key, std::string_view value) {
+        entry.place_ = map_.emplace_hint(entry.place_, key, value);
+        entry.isPresent_ = true;
+        note(key.size() + value.size());
     }
 
-    void assign(std::string& text, std::string_view value) {
-        text = value;
+    void assign(const Entry& entry, std::string_view value) {
+        entry.text() = value;
         note(value.size());
     }
 
@@ -49,7 +56,7 @@ public:
     void note(std::size_t characters) { handled_ += characters; }
 
     /// Far more than any device needs was handled: sixteen profiles with three encodings of a dozen sizes
-    /// are some 200,000 characters.
+    /// are some 100,000 characters.
     bool isExhausted() const { return handled_ > kMostCharacters; }
 
 private:

@@ -2,15 +2,14 @@
 
 #include "cache/key_map.h"
 #include "cache/keys.h"
+#include "media/encoding_completion.h"
 #include "media/encoding_list.h"
 #include "media/media_map.h"
 #include "media/media_traces.h"
 #include "media/profile_keys.h"
 #include "media/profile_words.h"
 #include "text/numbers.h"
-#include "text/tokens.h"
 
-#include <array>
 #include <optional>
 
 namespace koine {
@@ -18,14 +17,9 @@ namespace {
 
 constexpr float kBestQuality = 10.0F; // of the host's scale, which begins at 0
 constexpr std::string_view kIsAvailable = "1";
+constexpr std::string_view kBitrateMost = "20000";
+constexpr std::string_view kBitrateLeast = "64";
 constexpr int kPellMobileIndex = 1;
-
-struct EncoderDefault {
-    EncoderKey key;
-    std::string_view value;
-};
-constexpr std::array<EncoderDefault, 2> kBitrateDefaults = {
-    {{EncoderKey::bitrateLimitMax, "20000"}, {EncoderKey::bitrateLimitMin, "64"}}};
 
 /// The host's quality for one of the device's. What is no number counts as the best.
 float hostQuality(float source, float sourceMin, float step) {
@@ -34,9 +28,33 @@ float hostQuality(float source, float sourceMin, float step) {
     return limited > 0.0F ? limited : 0.0F;
 }
 
-std::string frameRateSuffix(int least, int most) {
-    return ":" + numberAsText(least) + "-" + numberAsText(most);
-}
+using Entry = MediaMap::Entry;
+
+/// The keys of one profile, encodings apart. Looked up in the order of the keys.
+struct ProfileEntries {
+    ProfileEntries(MediaMap& media, ProfileKeys& keys)
+        : available(media.look(keys.of(ProfileKey::available))),
+          allowLive(media.look(keys.of(ProfileKey::allowLive))),
+          encodingList(media.look(keys.of(EncoderKey::encodingList))),
+          quality(media.look(keys.of(EncoderKey::quality))),
+          qualityMax(media.look(keys.of(EncoderKey::qualityMax))),
+          qualityMin(media.look(keys.of(EncoderKey::qualityMin))),
+          qualitySrc(media.look(keys.of(EncoderKey::qualitySrc))),
+          bitrateMax(media.look(keys.of(EncoderKey::bitrateLimitMax))),
+          bitrateMin(media.look(keys.of(EncoderKey::bitrateLimitMin))),
+          token(media.look(keys.of(EncoderKey::token))) {}
+
+    Entry available;
+    Entry allowLive;
+    Entry encodingList;
+    Entry quality;
+    Entry qualityMax;
+    Entry qualityMin;
+    Entry qualitySrc;
+    Entry bitrateMax;
+    Entry bitrateMin;
+    Entry token;
+};
 
 class Completion {
 public:
@@ -45,43 +63,51 @@ public:
           capability_(capability),
           settings_(settings),
           count_(count),
-          generalSizes_(findValue(capability, keys::kVideoResolutionNxN)),
+          encodings_(media_, capability, settings.areas, settings.frameRateMin, settings.frameRateMax),
           qualityMax_(findValue(capability, keys::kQualityMax)),
-          qualityMin_(findValue(capability, keys::kQualityMin)),
-          frameRates_(frameRateSuffix(settings.frameRateMin, settings.frameRateMax)) {}
+          qualityMin_(findValue(capability, keys::kQualityMin)) {}
 
     /// @return is this profile reserved for mobile viewing?
     bool profile(int index) {
         ProfileKeys keys(ProfileNumber{index + 1});
-        if (media_.find(keys.of(EncoderKey::token)) == nullptr)
+        ProfileEntries entries(media_, keys);
+        if (!entries.token.isPresent())
             media_trace::profileHasNoToken(index);
-        scaleQuality(keys);
-        media_.setIfAbsent(keys.of(ProfileKey::available), kIsAvailable);
-        const bool isMobile =
-            media_.setIfAbsent(keys.of(ProfileKey::allowLive), liveClass(index)) == kLiveMobile;
-        if (const std::string* encodings = encodingsOf(keys))
-            completeEncodings(keys, *encodings);
-        copyIfAbsent(keys.of(EncoderKey::qualityMax), qualityMax_);
-        copyIfAbsent(keys.of(EncoderKey::qualityMin), qualityMin_);
-        for (const EncoderDefault& bound : kBitrateDefaults)
-            media_.setIfAbsent(keys.of(bound.key), bound.value);
-        return isMobile;
+        scaleQuality(keys, entries);
+        setIfAbsent(entries.available, keys, ProfileKey::available, kIsAvailable);
+        setIfAbsent(entries.allowLive, keys, ProfileKey::allowLive, liveClass(index));
+        if (!entries.encodingList.isPresent())
+            offerEncodings(keys, entries.encodingList);
+        if (entries.encodingList.isPresent())
+            encodings_.complete(keys, entries.encodingList.text());
+        if (qualityMax_ != nullptr)
+            setIfAbsent(entries.qualityMax, keys, EncoderKey::qualityMax, *qualityMax_);
+        if (qualityMin_ != nullptr)
+            setIfAbsent(entries.qualityMin, keys, EncoderKey::qualityMin, *qualityMin_);
+        setIfAbsent(entries.bitrateMax, keys, EncoderKey::bitrateLimitMax, kBitrateMost);
+        setIfAbsent(entries.bitrateMin, keys, EncoderKey::bitrateLimitMin, kBitrateLeast);
+        return entries.allowLive.text() == kLiveMobile;
     }
 
     bool isExhausted() const { return media_.isExhausted(); }
 
 private:
+    template <typename Key>
+    void setIfAbsent(Entry& entry, ProfileKeys& keys, Key key, std::string_view value) {
+        if (!entry.isPresent())
+            media_.add(entry, keys.of(key), value);
+    }
+
     /// The scale is the same for every vendor.
-    void scaleQuality(ProfileKeys& keys) {
-        if (settings_.qualityStep == 0.0F)
+    void scaleQuality(ProfileKeys& keys, ProfileEntries& entries) {
+        if (settings_.qualityStep == 0.0F || !entries.quality.isPresent())
             return;
-        std::string* const quality = media_.find(keys.of(EncoderKey::quality));
-        if (quality == nullptr)
+        setIfAbsent(entries.qualitySrc, keys, EncoderKey::qualitySrc, entries.quality.text());
+        const float source = readFloat(entries.qualitySrc.text());
+        if (source < 0.0F)
             return;
-        const float source = readFloat(media_.setIfAbsent(keys.of(EncoderKey::qualitySrc), *quality));
-        if (!(source < 0.0F))
-            media_.assign(*quality, generalText(hostQuality(source, settings_.qualitySourceMin,
-                                                            settings_.qualityStep)));
+        const float quality = hostQuality(source, settings_.qualitySourceMin, settings_.qualityStep);
+        media_.assign(entries.quality, generalText(quality));
     }
 
     std::string_view liveClass(int index) const {
@@ -89,95 +115,25 @@ private:
         return index == mobileIndex ? kLiveMobile : kLiveAny;
     }
 
-    const std::string* encodingsOf(ProfileKeys& keys) {
-        if (const std::string* encodings = media_.find(keys.of(EncoderKey::encodingList)))
-            return encodings;
-        if (!offeredEncodings_) {
+    /// A profile that does not say has the encodings of the device.
+    void offerEncodings(ProfileKeys& keys, Entry& list) {
+        if (!deviceEncodings_) {
             const std::string* format = findValue(capability_, keys::kVideoFormat);
             if (format == nullptr)
-                return nullptr;
-            offeredEncodings_ = encodingList(*format);
+                return;
+            deviceEncodings_ = encodingList(*format);
         }
-        return &media_.setIfAbsent(keys.of(EncoderKey::encodingList), *offeredEncodings_);
-    }
-
-    using Pass = bool (Completion::*)(ProfileKeys& keys, std::string_view encoding);
-
-    /// The passes follow each other because each reads what the one before left for all encodings.
-    void completeEncodings(ProfileKeys& keys, std::string_view encodings) {
-        for (const Pass pass :
-             {&Completion::noteBounds, &Completion::narrowSizes, &Completion::addFrameRates})
-            for (const std::string_view encoding : Tokens(encodings, kListSeparators))
-                if (media_.isExhausted() || !(this->*pass)(keys, encoding))
-                    break;
-    }
-
-    /// @return false when there is no list to be had: the pass ends
-    bool noteBounds(ProfileKeys& keys, std::string_view encoding) {
-        const std::string* sizes = media_.find(keys.of(EncodingKey::sizes, encoding));
-        if (sizes == nullptr && generalSizes_ != nullptr)
-            sizes = &media_.setIfAbsent(keys.of(EncodingKey::sizes, encoding), *generalSizes_);
-        if (sizes == nullptr)
-            return false;
-        const SizeBounds bounds = sizeBounds(*sizes);
-        media_.note(sizes->size());
-        if (bounds.areKnown()) {
-            media_.set(keys.of(EncodingKey::largestSize, encoding), bounds.largest);
-            media_.set(keys.of(EncodingKey::smallestSize, encoding), bounds.smallest);
-        }
-        return true;
-    }
-
-    /// @return false when there is no list to be had: the pass ends
-    bool narrowSizes(ProfileKeys& keys, std::string_view encoding) {
-        std::string* sizes = media_.find(keys.of(EncodingKey::sizes, encoding));
-        if (sizes == nullptr) {
-            const std::string* own = sizesOfCodec(encoding);
-            if (own == nullptr)
-                return false;
-            sizes = &media_.setIfAbsent(keys.of(EncodingKey::sizes, encoding), *own);
-        }
-        const std::string& all = media_.setIfAbsent(keys.of(EncodingKey::sizesSrc, encoding), *sizes);
-        media_.note(all.size());
-        if (keepSizes(all, settings_.areas, work_)) {
-            media_.set(keys.of(EncodingKey::sizesUi, encoding), work_);
-            media_.assign(*sizes, work_);
-        }
-        return true;
-    }
-
-    /// An encoding without a list is passed over.
-    bool addFrameRates(ProfileKeys& keys, std::string_view encoding) {
-        const std::string* sizes = media_.find(keys.of(EncodingKey::sizes, encoding));
-        if (sizes == nullptr || media_.find(keys.of(EncodingKey::frameRates, encoding)) != nullptr)
-            return true;
-        appendToSizes(*sizes, frameRates_, work_);
-        media_.note(sizes->size());
-        if (!work_.empty())
-            media_.set(keys.of(EncodingKey::frameRates, encoding), work_);
-        return true;
-    }
-
-    const std::string* sizesOfCodec(std::string_view encoding) {
-        work_.assign("Capability.Video.").append(encoding).append(".Resolution.NxN");
-        return findValue(capability_, work_);
-    }
-
-    void copyIfAbsent(std::string_view key, const std::string* value) {
-        if (value != nullptr)
-            media_.setIfAbsent(key, *value);
+        media_.add(list, keys.of(EncoderKey::encodingList), *deviceEncodings_);
     }
 
     MediaMap media_;
     const CgiMap& capability_;
     const CompletionSettings& settings_;
     int count_;
-    const std::string* generalSizes_;
+    EncodingCompletion encodings_;
     const std::string* qualityMax_;
     const std::string* qualityMin_;
-    std::string frameRates_; // as they follow a size
-    std::optional<std::string> offeredEncodings_;
-    std::string work_;
+    std::optional<std::string> deviceEncodings_;
 };
 
 } // namespace
