@@ -45,6 +45,11 @@ bool inName(char c) {
 
 bool inAddress(char c) { return koine::platform::isHexDigit(c) || c == ':' || c == '.'; }
 
+/// Nothing, or "%" and the name of an interface.
+bool goodZone(std::string_view zone) {
+    return zone.empty() || (zone.size() > 1 && hasOnly(zone.substr(1), inName));
+}
+
 /// The host as a URL writes it; nothing when it is neither a name nor an address.
 std::optional<std::string> hostText(std::string_view host) {
     if (host.empty())
@@ -54,8 +59,7 @@ std::optional<std::string> hostText(std::string_view host) {
     if (std::count(host.begin(), host.end(), ':') < 2)
         return hasOnly(host, inName) && !host.empty() ? std::optional(std::string(host)) : std::nullopt;
     const std::size_t zone = std::min(host.find('%'), host.size());
-    if (!hasOnly(host.substr(0, zone), inAddress) ||
-        !hasOnly(host.substr(std::min(zone + 1, host.size())), inName))
+    if (!hasOnly(host.substr(0, zone), inAddress) || !goodZone(host.substr(zone)))
         return std::nullopt;
     return koine::platform::bracketed(host);
 }

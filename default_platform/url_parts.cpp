@@ -133,8 +133,11 @@ UrlParts splitUrl(std::string_view url) {
     if (scheme == nullptr)
         fail("neither http:// nor https://", 0);
     const Layout at = layOut(url, *scheme);
-    if (at.host == at.end)
+    const std::string_view host = url.substr(at.host, at.end - at.host);
+    if (host.empty() || host.front() == ':')
         fail("no host", at.host);
+    if (host.front() == '[' && !contains(host, "]"))
+        fail("bad IPv6 address", at.host);
     UrlParts parts;
     parts.secure = scheme->secure;
     parts.port = portOf(url, at, scheme->port);

@@ -1,0 +1,100 @@
+#include "platform/cgi_text.h"
+
+#include "platform/url.h"
+#include "text/owned_text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using koine::OwnedText;
+
+/// The URL, or "(null)".
+std::string built(const char* address, unsigned int port, std::string line) {
+    const OwnedText url(getTovlinCgiUrl(address, port, line.data()));
+    return url ? url.get() : "(null)";
+}
+
+struct Case {
+    const char* address;
+    unsigned int port;
+    const char* line;
+    const char* url;
+};
+
+class DeviceUrl : public testing::TestWithParam<Case> {};
+
+TEST_P(DeviceUrl, AddressesTheLine) {
+    EXPECT_EQ(built(GetParam().address, GetParam().port, GetParam().line), GetParam().url);
+}
+
+INSTANTIATE_TEST_SUITE_P(Built, DeviceUrl,
+                         testing::Values(Case{"cam", 80, "Login.cgi", "http://cam:80/Login.cgi"},
+                                         Case{"10.0.0.9", 8080, "Config.cgi?action=get&category=Video.*",
+                                              "http://10.0.0.9:8080/Config.cgi?action=get&category=Video.*"},
+                                         Case{"cam", 443, "Login.cgi", "https://cam:443/Login.cgi"},
+                                         Case{"https://cam", 80, "Login.cgi", "https://cam:80/Login.cgi"},
+                                         Case{"HTTPS://cam", 8443, "x", "https://cam:8443/x"},
+                                         Case{"http://cam", 81, "x", "http://cam:81/x"},
+                                         Case{"http://cam", 443, "x", "https://cam:443/x"},
+                                         Case{"https://cam/", 444, "/x", "https://cam:444/x"},
+                                         Case{"cam//", 80, "//x", "http://cam:80/x"},
+                                         Case{"cam", 80, "", "http://cam:80/"},
+                                         Case{"cam", 80, "?a=b", "http://cam:80/?a=b"},
+                                         Case{"::1", 80, "x", "http://[::1]:80/x"},
+                                         Case{"[::1]", 80, "x", "http://[::1]:80/x"},
+                                         Case{"https://[fe80::1]", 80, "x", "https://[fe80::1]:80/x"},
+                                         Case{"fe80::1%eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
+                                         Case{"fe80::1%25eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
+                                         Case{"::ffff:1.2.3.4", 1, "x", "http://[::ffff:1.2.3.4]:1/x"},
+                                         Case{"cam", 65535, "x", "http://cam:65535/x"},
+                                         Case{"cam", 80, "%s%n a\nb", "http://cam:80/%s%n a\nb"}));
+
+// The result addresses the device, whatever host the line itself names.
+INSTANTIATE_TEST_SUITE_P(
+    AbsoluteLine, DeviceUrl,
+    testing::Values(Case{"cam", 80, "http://cam:80/Login.cgi", "http://cam:80/Login.cgi"},
+                    Case{"cam", 80, "https://evil:9/a?b=http://c/", "http://cam:80/a?b=http://c/"},
+                    Case{"cam", 80, "http://u:p@other", "http://cam:80/"},
+                    Case{"cam", 80, "HTTP://other?x=1", "http://cam:80/?x=1"}));
+
+INSTANTIATE_TEST_SUITE_P(Refused, DeviceUrl,
+                         testing::Values(Case{"", 80, "x", "(null)"}, Case{"https://", 80, "x", "(null)"},
+                                         Case{"/", 80, "x", "(null)"}, Case{"cam", 0, "x", "(null)"},
+                                         Case{"cam", 65536, "x", "(null)"}, Case{"cam", 70000, "x", "(null)"},
+                                         Case{"cam:81", 80, "x", "(null)"},
+                                         Case{"user@cam", 80, "x", "(null)"},
+                                         Case{"cam/path", 80, "x", "(null)"},
+                                         Case{"cam?x", 80, "x", "(null)"}, Case{"cam#x", 80, "x", "(null)"},
+                                         Case{"cam\\x", 80, "x", "(null)"}, Case{"ca m", 80, "x", "(null)"},
+                                         Case{"ca\nm", 80, "x", "(null)"}, Case{"[]", 80, "x", "(null)"},
+                                         Case{"[cam]x", 80, "x", "(null)"}, Case{"[", 80, "x", "(null)"},
+                                         Case{"::g", 80, "x", "(null)"}, Case{"::1]", 80, "x", "(null)"},
+                                         Case{"fe80::1%a b", 80, "x", "(null)"},
+                                         Case{"fe80::1%", 80, "x", "(null)"}));
+
+TEST(DeviceUrl, NullGivesNull) {
+    std::string line = "Login.cgi";
+    EXPECT_EQ(getTovlinCgiUrl(nullptr, 80, line.data()), nullptr);
+    EXPECT_EQ(getTovlinCgiUrl("cam", 80, nullptr), nullptr);
+}
+
+TEST(DeviceUrl, LineMayHaveAMegabyte) {
+    const std::string line(1 << 20, 'y');
+    EXPECT_EQ(built("cam", 80, line), "http://cam:80/" + line);
+}
+
+TEST(DeviceUrl, CanBeParsedAgain) {
+    for (const char* address : {"cam", "10.1.2.3", "fe80::1%eth0", "::1", "https://cam/"}) {
+        Url url(built(address, 8080, "Login.cgi").c_str());
+        url.parse_url();
+        EXPECT_EQ(url.port(), 8080U);
+        EXPECT_EQ(
+            built(url.host().c_str(), 8080, "Login.cgi").substr(4),
+            built(address, 8080, "Login.cgi").substr(std::string(address).rfind("https", 0) == 0 ? 5 : 4));
+    }
+}
+
+} // namespace
