@@ -1,0 +1,194 @@
+// koine demo: the library at work against a simulated device.
+
+#include "devices/open_device.h"
+#include "simulator/pair_list.h"
+#include "simulator/simulated_device.h"
+#include "tools/commands/commands.h"
+#include "tools/demo/page.h"
+#include "tools/learned.h"
+
+#include <boost/make_shared.hpp>
+
+#include <array>
+#include <chrono>
+
+namespace koine::tool {
+namespace {
+
+constexpr const char* kUser = "admin";
+constexpr const char* kPassword = "only for the demo";
+constexpr std::string_view kStreamGet = "Stream.cgi?action=get";
+constexpr std::string_view kUriKey = "GetStreamUriResponse.MediaUri.Uri";
+
+/// A stream user and what it asks for.
+struct Viewer {
+    unsigned int uid;
+    const char* wish;
+    const char* setup;
+};
+
+constexpr std::array<Viewer, 2> kViewers = {{
+    {1, "AUTO at 1280x720",
+     "Stream.cgi?action=set&StreamSetup.Stream=RTP-Unicast&StreamSetup.Transport.Protocol=TCP"
+     "&ProfileMode=AUTO&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=1280x720"
+     "&StreamSetup.VideoEncoderConfiguration.RateControl.FrameRateLimit=15"},
+    {2, "MOBILE",
+     "Stream.cgi?action=set&StreamSetup.Stream=RTP-Unicast&StreamSetup.Transport.Protocol=TCP"
+     "&ProfileMode=MOBILE"},
+}};
+
+/// An encoder setting that was pushed to the device.
+struct Pushed {
+    std::string key;
+    std::string before;
+    std::string sent;
+};
+
+class Demo {
+public:
+    explicit Demo(unsigned int delayMilliseconds)
+        : simulated_(deviceOptions()), device_(boost::make_shared<WatchedDevice>()) {
+        if (delayMilliseconds > 0)
+            simulated_.setFault(sim::Fault(sim::FaultKind::delay, delayMilliseconds));
+        DeviceOptions options;
+        options.username = kUser;
+        options.password = kPassword;
+        setUpDevice(*device_, parseDeviceUrl(simulated_.url()), options);
+        delay_ = delayMilliseconds;
+    }
+
+    void run() {
+        head();
+        int number = 0;
+        for (const Viewer& viewer : kViewers)
+            cold_.push_back(startStream(++number, viewer, ""));
+        showPushed(++number);
+        for (const Viewer& viewer : kViewers)
+            warm_.push_back(startStream(++number, viewer, " again, from warm caches"));
+        summary();
+    }
+
+private:
+    static sim::Options deviceOptions() {
+        sim::Options options(sim::builtinModel("dome"));
+        options.auth = sim::AuthKind::digestMd5;
+        options.username = kUser;
+        options.password = kPassword;
+        return options;
+    }
+
+    void head() const {
+        page_.title("Koine: two streams on one camera");
+        page_.fact("device", "simulated dome at " + simulated_.url());
+        page_.fact("answers", "after " + std::to_string(delay_) + " ms each, to Digest authentication");
+        page_.fact("colours", page_.style().paint(Tint::cyan, "> what the host sends") + ",  " +
+                                  page_.style().paint(Tint::yellow, "what the device is asked") + ",  " +
+                                  page_.style().paint(Tint::green, "what the host gets"));
+    }
+
+    /// One line of the host, with all that it caused.
+    Answer send(unsigned int uid, const std::string& line, Cost& total) {
+        using Clock = std::chrono::steady_clock;
+        page_.hostLine(line);
+        const Clock::time_point start = Clock::now();
+        const Answer answer = request(*device_, uid, line);
+        Cost cost;
+        cost.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        for (const DeviceRequest& made : device_->takeRequests()) {
+            page_.deviceRequest(made);
+            notePushed(made.line);
+            ++cost.deviceRequests;
+        }
+        page_.answer(answer, cost);
+        total += cost;
+        if (!answer.ok())
+            throw Failure(ExitCode::refused, "the demo's line was refused: " + line);
+        return answer;
+    }
+
+    Cost startStream(int number, const Viewer& viewer, const char* again) {
+        page_.section(number, "Stream user " + std::to_string(viewer.uid) + ": " + viewer.wish + again);
+        Cost total;
+        send(viewer.uid, viewer.setup, total);
+        const CgiMap stream = send(viewer.uid, std::string(kStreamGet), total).values();
+        const auto token = stream.find("ProfileToken");
+        const CgiMap uri = send(viewer.uid,
+                                "Onvif.cgi?action=GetStreamUri&ProfileToken=" +
+                                    (token == stream.end() ? std::string() : token->second),
+                                total)
+                               .values();
+        uris_[viewer.uid] = uri.find(kUriKey) == uri.end() ? std::string() : uri.find(kUriKey)->second;
+        return total;
+    }
+
+    /// Keeps the encoder settings of a set line, with what the device held before it was started.
+    void notePushed(const std::string& line) {
+        std::size_t at = line.find("&Media.Profiles.");
+        while (at != std::string::npos) {
+            const std::size_t end = line.find('&', at + 1);
+            const std::string item = line.substr(at + 1, end == std::string::npos ? end : end - at - 1);
+            const std::size_t equals = item.find('=');
+            if (equals != std::string::npos)
+                pushed_.push_back(
+                    {item.substr(0, equals), valueAtStart(item.substr(0, equals)), item.substr(equals + 1)});
+            at = end;
+        }
+    }
+
+    std::string valueAtStart(const std::string& key) const {
+        const sim::PairList* const media = model_.answer("media");
+        return media == nullptr ? std::string() : std::string(media->valueOf(key));
+    }
+
+    void showPushed(int number) const {
+        page_.section(number, "Encoder settings that were pushed, and what the device holds now");
+        page_.gap();
+        Table table({{"KEY (Media.Profiles. ...)"}, {"BEFORE"}, {"PUSHED"}, {"DEVICE NOW"}});
+        constexpr std::size_t kFamily = std::string_view("Media.Profiles.").size();
+        for (const Pushed& pushed : pushed_)
+            table.add({pushed.key.substr(kFamily), pushed.before, pushed.sent, simulated_.value(pushed.key)});
+        table.print(page_.style(), "  ");
+    }
+
+    void summary() const {
+        page_.title("Summary");
+        Table table({{"STREAM USER"},
+                     {"FIRST START", Table::Align::right},
+                     {"", Table::Align::right},
+                     {"AGAIN", Table::Align::right},
+                     {"", Table::Align::right},
+                     {"URI"}});
+        for (std::size_t i = 0; i < kViewers.size(); ++i)
+            table.add({std::to_string(kViewers[i].uid) + ", " + kViewers[i].wish,
+                       counted(cold_[i].deviceRequests, "request"), timeText(cold_[i].milliseconds),
+                       counted(warm_[i].deviceRequests, "request"), timeText(warm_[i].milliseconds)});
+        table.print(page_.style(), "  ");
+        page_.gap();
+        for (const auto& [uid, uri] : uris_)
+            page_.fact("URI " + std::to_string(uid), uri);
+        const sim::Counters counters = simulated_.counters();
+        page_.fact("device", counted(counters.connections, "connection") + ", " +
+                                 counted(counters.requests, "request") + ", " +
+                                 counted(counters.unauthorized, "answer") + " with 401");
+        page_.gap();
+    }
+
+    Page page_;
+    sim::SimulatedDevice simulated_;
+    const sim::DeviceModel model_ = sim::builtinModel("dome"); ///< what the device held at the start
+    boost::shared_ptr<WatchedDevice> device_;
+    unsigned int delay_ = 0;
+    std::vector<Cost> cold_;
+    std::vector<Cost> warm_;
+    std::vector<Pushed> pushed_;
+    std::map<unsigned int, std::string> uris_;
+};
+
+} // namespace
+
+ExitCode DemoCommand::run() const {
+    Demo(delayMilliseconds).run();
+    return ExitCode::answered;
+}
+
+} // namespace koine::tool

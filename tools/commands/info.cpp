@@ -1,0 +1,121 @@
+// koine info: what the library learned about a device.
+
+#include "cache/key_map.h"
+#include "cache/keys.h"
+#include "tools/commands/commands.h"
+#include "tools/learned.h"
+
+#include <array>
+
+namespace koine::tool {
+namespace {
+
+/// A line of the summary: where its value comes from.
+struct Fact {
+    const char* key;  ///< for programs
+    const char* name; ///< for people
+    std::string_view source;
+};
+
+constexpr std::array<Fact, 4> kLoginFacts = {{
+    {"product", "Product", keys::kProductName},
+    {"product_id", "Product id", "Product-ID"},
+    {"user_level", "User level", "User-Level"},
+    {"video_system", "Video system", keys::kVideoSystem},
+}};
+
+constexpr std::array<Fact, 9> kCapabilityFacts = {{
+    {"device", "Device", keys::kDevice},
+    {"model", "Model", "ID"},
+    {"channels", "Video channels", "Capability.Video.Input.Channel"},
+    {"audio_inputs", "Audio inputs", keys::kAudioInputChannel},
+    {"encodings", "Encodings", keys::kVideoFormat},
+    {"sizes", "Sizes", keys::kVideoResolutionNxN},
+    {"quality_min", "Quality from", keys::kQualitySrcMin},
+    {"quality_max", "Quality to", keys::kQualitySrcMax},
+    {"functions", "Functions", keys::kFunction},
+}};
+
+template <std::size_t Count>
+void addJson(Json& json, const std::array<Fact, Count>& facts, const CgiMap& map) {
+    for (const Fact& fact : facts)
+        if (const std::string* value = findValue(map, fact.source))
+            json.set(fact.key, *value);
+}
+
+Json asJson(const Learned& learned, const std::string& url) {
+    Json json = Json::object();
+    json.set("url", url);
+    addJson(json, kLoginFacts, learned.login);
+    addJson(json, kCapabilityFacts, learned.capability);
+    Json kinds = Json::object();
+    for (const Kind& kind : learned.kinds)
+        kinds.set(kind.key, Json::boolean(kind.holds));
+    json.set("kinds", std::move(kinds));
+    json.set("profiles", profilesAsJson(learned.profiles));
+    return json;
+}
+
+constexpr std::size_t kNameWidth = 16;
+constexpr std::size_t kLineWidth = 78;
+
+/// A name and its value; a long list goes on below its beginning, broken at commas.
+void printFact(const Style& style, std::string_view name, std::string_view value) {
+    std::string line = padded(name, kNameWidth);
+    std::string shown = style.paint(Tint::bold, line);
+    std::size_t column = kNameWidth;
+    while (!value.empty()) {
+        const std::size_t comma = value.find(',');
+        const std::string_view piece = value.substr(0, comma == std::string_view::npos ? comma : comma + 1);
+        if (column > kNameWidth && column + piece.size() > kLineWidth) {
+            shown.append("\n").append(kNameWidth, ' ');
+            column = kNameWidth;
+        }
+        shown.append(harmless(piece));
+        column += piece.size();
+        value.remove_prefix(piece.size());
+    }
+    printLine(shown);
+}
+
+template <std::size_t Count>
+void printFacts(const Style& style, const std::array<Fact, Count>& facts, const CgiMap& map) {
+    for (const Fact& fact : facts)
+        if (const std::string_view value = valueOr(map, fact.source); !value.empty())
+            printFact(style, fact.name, value);
+}
+
+std::string kindsText(const std::vector<Kind>& kinds) {
+    std::string text;
+    for (const Kind& kind : kinds)
+        if (kind.holds)
+            text.append(text.empty() ? "" : ", ").append(kind.name);
+    return text.empty() ? "nothing special" : text;
+}
+
+void show(const Learned& learned, const std::string& url) {
+    const Style style(stdout);
+    printFact(style, "Address", url);
+    printFacts(style, kLoginFacts, learned.login);
+    printFacts(style, kCapabilityFacts, learned.capability);
+    printFact(style, "Kind", kindsText(learned.kinds));
+    printFact(style, "Profiles", std::to_string(learned.profiles.size()));
+    if (learned.profiles.empty())
+        return;
+    printLine();
+    profileTable(learned.profiles).print(style);
+}
+
+} // namespace
+
+ExitCode InfoCommand::run(const Arguments& arguments) const {
+    Connection connection(target, arguments);
+    const Learned learned = learn(connection);
+    if (json)
+        print(asJson(learned, connection.where()).dump());
+    else
+        show(learned, connection.where());
+    return ExitCode::answered;
+}
+
+} // namespace koine::tool

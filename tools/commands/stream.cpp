@@ -1,0 +1,112 @@
+// koine stream: sets a stream up and gives its URI.
+
+#include "cache/key_map.h"
+#include "text/scan.h"
+#include "tools/commands/commands.h"
+#include "tools/json.h"
+#include "tools/terminal.h"
+
+#include <algorithm>
+
+namespace koine::tool {
+namespace {
+
+constexpr std::string_view kUriKey = "GetStreamUriResponse.MediaUri.Uri";
+constexpr std::string_view kEncoder = "StreamSetup.VideoEncoderConfiguration.";
+
+void checkSize(const std::string& size) {
+    int width = 0;
+    int height = 0;
+    if (!scan(size, into(width), "x", into(height)) || width < 1 || height < 1)
+        throw Failure(ExitCode::usage, "--size " + size + ": no size; write it like 1280x720");
+}
+
+/// The set-up line, item by item; what was not asked for is left out.
+class SetupLine {
+public:
+    void item(std::string_view key, std::string_view value) {
+        if (!value.empty())
+            line_.append("&").append(key).append("=").append(value);
+    }
+    void number(std::string_view key, int value) {
+        if (value > 0)
+            item(key, std::to_string(value));
+    }
+    void encoder(std::string_view key, std::string_view value) {
+        item(std::string(kEncoder).append(key), value);
+    }
+    const std::string& text() const { return line_; }
+
+private:
+    std::string line_ = "Stream.cgi?action=set";
+};
+
+std::string setupLine(const StreamCommand& command) {
+    SetupLine line;
+    line.item("StreamSetup.Stream", "RTP-Unicast");
+    line.item("StreamSetup.Transport.Protocol", command.transport);
+    line.item("ProfileMode", command.mode);
+    line.item("ProfileToken", command.token);
+    if (command.channel > 0) {
+        // Channels are counted from 0 in the one item and from 1 in the other.
+        line.item("StreamSetup.Setting.Channel", std::to_string(command.channel - 1));
+        line.number("StreamSetup.Live.Channel", command.channel);
+    }
+    line.encoder("Encoding", command.encoding);
+    line.encoder("Resolution.NxN", command.size);
+    line.encoder("Quality", command.quality);
+    line.number(std::string(kEncoder) + "RateControl.FrameRateLimit", command.framesPerSecond);
+    line.number(std::string(kEncoder) + "RateControl.BitrateLimit", command.bitrate);
+    line.number(std::string(kEncoder) + "GovLength", command.govLength);
+    return line.text();
+}
+
+/// The URI of the profile that the stream uses; without the token any H.264 profile would do.
+std::string uriLine(const CgiMap& stream) {
+    std::string line = "Onvif.cgi?action=GetStreamUri";
+    if (const std::string* token = findValue(stream, "ProfileToken"))
+        line.append("&ProfileToken=").append(*token);
+    return line;
+}
+
+void show(const CgiMap& stream, const std::string& uri) {
+    const Style style(stdout);
+    std::size_t widest = 0;
+    for (const auto& [key, value] : stream)
+        widest = std::max(widest, shownWidth(key));
+    for (const auto& [key, value] : stream)
+        printLine(style.paint(Tint::dim, padded(harmless(key), widest)) + "  " + harmless(value));
+    printLine();
+    printLine(style.paint(Tint::bold, harmless(uri)));
+}
+
+} // namespace
+
+ExitCode StreamCommand::run(const Arguments& arguments) const {
+    if (!size.empty())
+        checkSize(size);
+    DeviceOptions options;
+    options.rtspPort = rtspPort;
+    options.credentialsInUri = credentialsInUri;
+    Connection connection(target, arguments, options);
+    connection.demand(setupLine(*this), "setting the stream up");
+    const CgiMap stream = connection.demand("Stream.cgi?action=get", "reading the stream").values();
+    const CgiMap answer = connection.demand(uriLine(stream), "asking for the stream URI").values();
+    const std::string uri(valueOr(answer, kUriKey));
+    if (uriOnly) {
+        printLine(uri);
+    } else if (json) {
+        Json values = Json::object();
+        for (const auto& [key, value] : stream)
+            values.set(key, value);
+        Json result = Json::object();
+        result.set("uri", uri);
+        result.set("stream", std::move(values));
+        print(result.dump());
+    } else {
+        show(stream, uri);
+    }
+    return ExitCode::answered;
+}
+
+} // namespace koine::tool

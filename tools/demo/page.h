@@ -1,0 +1,60 @@
+/// @file
+/// How the demo looks: a page 88 columns wide.
+#pragma once
+
+#include "devices/answer.h"
+#include "tools/demo/watched_device.h"
+#include "tools/terminal.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace koine::tool {
+
+/// What a line cost.
+struct Cost {
+    std::size_t deviceRequests = 0;
+    double milliseconds = 0;
+
+    Cost& operator+=(const Cost& other) {
+        deviceRequests += other.deviceRequests;
+        milliseconds += other.milliseconds;
+        return *this;
+    }
+};
+
+class Page {
+public:
+    static constexpr std::size_t kWidth = 88;
+
+    void title(std::string_view text) const;
+    void fact(std::string_view name, std::string_view value) const;
+    void section(int number, std::string_view text) const;
+
+    /// What the host sent. Long lines are broken at "&".
+    void hostLine(std::string_view line) const;
+
+    /// What the library asked the device meanwhile.
+    void deviceRequest(const DeviceRequest& request) const;
+
+    /// The answer, with its source and cost at the right edge.
+    void answer(const Answer& answer, const Cost& cost) const;
+
+    void text(std::string_view text) const { printLine("  " + std::string(text)); }
+    void gap() const { printLine(); }
+    const Style& style() const { return style_; }
+
+private:
+    void withRightEdge(std::string_view left, Tint tint, std::string_view right) const;
+
+    Style style_{stdout};
+};
+
+/// "12.3 ms".
+std::string timeText(double milliseconds);
+
+/// "1 request", "3 requests".
+std::string counted(std::size_t count, std::string_view what);
+
+} // namespace koine::tool

@@ -1,0 +1,40 @@
+// JSON for programs that call the command.
+
+#include "tools/json.h"
+
+#include <nlohmann/json.hpp>
+
+namespace koine::tool {
+
+struct Json::Value {
+    nlohmann::ordered_json json;
+};
+
+Json::Json(std::unique_ptr<Value> value) : value_(std::move(value)) {}
+Json::Json(Json&&) noexcept = default;
+Json& Json::operator=(Json&&) noexcept = default;
+Json::~Json() = default;
+
+// One constructor per kind: an implicit conversion would take a literal for a truth value.
+Json Json::object() { return Json(std::make_unique<Value>(Value{nlohmann::ordered_json::object()})); }
+Json Json::array() { return Json(std::make_unique<Value>(Value{nlohmann::ordered_json::array()})); }
+Json Json::text(std::string_view value) { return Json(std::make_unique<Value>(Value{value})); }
+Json Json::number(long long value) { return Json(std::make_unique<Value>(Value{value})); }
+Json Json::fraction(double value) { return Json(std::make_unique<Value>(Value{value})); }
+Json Json::boolean(bool value) { return Json(std::make_unique<Value>(Value{value})); }
+
+Json& Json::set(std::string_view key, Json value) {
+    value_->json[std::string(key)] = std::move(value.value_->json);
+    return *this;
+}
+
+Json& Json::add(Json value) {
+    value_->json.push_back(std::move(value.value_->json));
+    return *this;
+}
+
+std::string Json::dump() const {
+    return value_->json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+} // namespace koine::tool

@@ -1,0 +1,57 @@
+// A device's configuration as a file.
+
+#include "tools/saved_configuration.h"
+
+#include "tools/categories.h"
+
+#include <fstream>
+#include <iostream>
+
+namespace koine::tool {
+namespace {
+
+CgiMap readStream(std::istream& stream, const std::string& name) {
+    CgiMap values;
+    std::string line;
+    for (int number = 1; std::getline(stream, line); ++number) {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        if (line.empty() || line.front() == '#')
+            continue;
+        const std::size_t equals = line.find('=');
+        if (equals == std::string::npos || equals == 0)
+            throw Failure(ExitCode::usage, name + ": line " + std::to_string(number) +
+                                               " is no key=value; give a file that koine dump wrote");
+        values[line.substr(0, equals)] = line.substr(equals + 1);
+    }
+    if (values.empty())
+        throw Failure(ExitCode::usage, name + ": holds no key=value; give a file that koine dump wrote");
+    return values;
+}
+
+} // namespace
+
+Configuration readConfiguration(Connection& connection) {
+    Configuration configuration;
+    for (const std::string_view category : kConfiguration) {
+        const Answer answer = connection.ask(readingLine(category));
+        if (meansAbsent(answer.result, answer.status()))
+            configuration.absent.emplace_back(category);
+        else if (!answer.ok() || answer.status() != 0)
+            throw connection.failure(answer.result, answer.status(), "reading " + std::string(category));
+        else
+            configuration.values.merge(answer.values());
+    }
+    return configuration;
+}
+
+CgiMap readConfigurationFile(const std::string& path) {
+    if (path == "-")
+        return readStream(std::cin, "standard input");
+    std::ifstream file(path);
+    if (!file)
+        throw Failure(ExitCode::usage, path + ": cannot be read; check its name and permissions");
+    return readStream(file, path);
+}
+
+} // namespace koine::tool

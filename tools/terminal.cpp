@@ -1,0 +1,114 @@
+// What goes to a terminal.
+
+#include "tools/terminal.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace koine::tool {
+namespace {
+
+constexpr std::array<const char*, 7> kCodes = {"", "1", "2", "31", "32", "33", "36"}; // in the order of Tint
+
+bool colourWanted(std::FILE* stream) {
+    const char* const refused = std::getenv("NO_COLOR");
+    const char* const terminal = std::getenv("TERM");
+    return isatty(fileno(stream)) == 1 && (refused == nullptr || *refused == '\0') &&
+           (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
+}
+
+/// Is this byte the first of a character?
+bool begins(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
+
+} // namespace
+
+Style::Style(std::FILE* stream) : stream_(stream), coloured_(colourWanted(stream)) {}
+
+bool Style::isTerminal() const { return isatty(fileno(stream_)) == 1; }
+
+std::string Style::paint(Tint tint, std::string_view text) const {
+    if (!coloured_ || tint == Tint::plain || text.empty())
+        return std::string(text);
+    return std::string("\033[")
+        .append(kCodes[static_cast<unsigned>(tint)])
+        .append("m")
+        .append(text)
+        .append("\033[0m");
+}
+
+std::string harmless(std::string_view text) {
+    std::string plain(text);
+    for (char& c : plain) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte < 0x20 && c != '\n' && c != '\t') || byte == 0x7F)
+            c = '?';
+    }
+    return plain;
+}
+
+std::size_t shownWidth(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), begins));
+}
+
+std::string padded(std::string_view text, std::size_t width) {
+    const std::size_t shown = shownWidth(text);
+    return std::string(text).append(shown < width ? width - shown : 0, ' ');
+}
+
+std::string shortened(std::string_view text, std::size_t width) {
+    if (shownWidth(text) <= width)
+        return std::string(text);
+    std::size_t end = 0;
+    for (std::size_t shown = 0; end < text.size(); ++end)
+        if (begins(text[end]) && shown++ + 3 == width)
+            break;
+    return std::string(text.substr(0, end)) + "...";
+}
+
+void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+void printLine(std::string_view text) {
+    print(text);
+    print("\n");
+}
+
+std::vector<std::size_t> Table::widths() const {
+    std::vector<std::size_t> widths;
+    for (const Column& column : columns_)
+        widths.push_back(shownWidth(column.title));
+    for (const auto& row : rows_)
+        for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
+            widths[i] = std::max(widths[i], shownWidth(row[i]));
+    return widths;
+}
+
+std::string Table::rowText(const std::vector<std::string>& cells,
+                           const std::vector<std::size_t>& widths) const {
+    std::string text;
+    for (std::size_t i = 0; i < cells.size() && i < widths.size(); ++i) {
+        if (i > 0)
+            text += "  ";
+        if (columns_[i].align == Align::right)
+            text.append(widths[i] - shownWidth(cells[i]), ' ').append(cells[i]);
+        else
+            text += padded(cells[i], widths[i]);
+    }
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
+}
+
+void Table::print(const Style& style, std::string_view indent) const {
+    const std::vector<std::size_t> wide = widths();
+    std::vector<std::string> titles;
+    for (const Column& column : columns_)
+        titles.push_back(column.title);
+    printLine(std::string(indent) + style.paint(Tint::bold, rowText(titles, wide)));
+    for (const auto& row : rows_)
+        printLine(std::string(indent) + rowText(row, wide));
+}
+
+} // namespace koine::tool

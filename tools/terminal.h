@@ -1,0 +1,66 @@
+/// @file
+/// What goes to a terminal: colours where they are wanted, aligned tables, no device text that could act.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace koine::tool {
+
+enum class Tint { plain, bold, dim, red, green, yellow, cyan };
+
+/// Colours for one stream: only on a terminal, and only if the user did not switch them off (NO_COLOR).
+class Style {
+public:
+    explicit Style(std::FILE* stream);
+    Style(std::FILE* stream, bool coloured) : stream_(stream), coloured_(coloured) {}
+
+    std::string paint(Tint tint, std::string_view text) const;
+    bool isTerminal() const;
+
+private:
+    std::FILE* stream_;
+    bool coloured_;
+};
+
+/// The text with control characters replaced: a device must not be able to steer the terminal. Line ends
+/// and tabs stay.
+std::string harmless(std::string_view text);
+
+/// Characters that the text takes on the screen (UTF-8, each code point one).
+std::size_t shownWidth(std::string_view text);
+
+/// The text, filled up with blanks.
+std::string padded(std::string_view text, std::size_t width);
+
+/// The text, cut in the middle of nothing: a longer one ends with "...".
+std::string shortened(std::string_view text, std::size_t width);
+
+void print(std::string_view text);
+void printLine(std::string_view text = {});
+
+/// Columns as wide as their widest cell.
+class Table {
+public:
+    enum class Align { left, right };
+    struct Column {
+        std::string title;
+        Align align = Align::left;
+    };
+
+    explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
+    void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+    bool empty() const { return rows_.empty(); }
+    void print(const Style& style, std::string_view indent = {}) const;
+
+private:
+    std::vector<std::size_t> widths() const;
+    std::string rowText(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) const;
+
+    std::vector<Column> columns_;
+    std::vector<std::vector<std::string>> rows_;
+};
+
+} // namespace koine::tool
