@@ -1,0 +1,106 @@
+#include "camera.h"
+
+#include <utility>
+
+namespace koine::test {
+
+Camera::Camera() : BenchRequest(Caches::unfilled) {
+    converts = true;
+    has(kLoginLine, "Product-Name=Camera\nProduct-ID=C100\n");
+    has(kCapabilityLine, "Device=IPCAM\nID=C100\n");
+    has(kSecondCapabilityLine, "Second=1\n");
+    has(kMachineLine, "Product.Type=IPCAM\nProduct.ID=M100\n");
+    has(kMediaLine, "Media.Kind=1\n");
+    has(kVideoLine, "Video.I0.Brightness=1\n");
+    has(kCameraLine, "Camera.Title=Gate\n");
+    has(kNotificationLine, "Notification.Trigger.Alarm=ENABLE\n");
+    has(kMiscLine, "Misc.External.DI.Port1.Active=N.O.\n");
+    has(kAnalyticsLine, "VideoAnalytics.Rule=1\n");
+    healthy_ = replies_;
+    device = [this](const std::string& line, char** answer) {
+        const auto reply = replies_.find(line);
+        if (reply == replies_.end())
+            return -6;
+        if (reply->second.hasText && answer != nullptr)
+            *answer = heapText(reply->second.text);
+        return reply->second.result;
+    };
+}
+
+void Camera::has(const std::string& line, const std::string& pairs) { answers(line, kEmptySuccess + pairs); }
+
+void Camera::answers(const std::string& line, const std::string& text) { replies_[line] = {1, true, text}; }
+
+void Camera::answersNothing(const std::string& line) { replies_[line] = {1, false, ""}; }
+
+void Camera::fails(const std::string& line, int result) { replies_[line] = {result, false, ""}; }
+
+void Camera::fails(const std::string& line, int result, const std::string& text) {
+    replies_[line] = {result, true, text};
+}
+
+std::vector<std::string> Camera::asked() {
+    std::vector<std::string> all = sentLines();
+    sent.clear();
+    return all;
+}
+
+void Camera::isPell(int flag) {
+    setVendor("TOVLIN");
+    setIsPellDevice(flag);
+}
+
+int Camera::stepResult(const std::string& step, int result) {
+    steps.push_back(step);
+    const auto scripted = conversionResults.find(step);
+    return scripted == conversionResults.end() ? result : scripted->second;
+}
+
+int Camera::convertCgiCapability(CgiMap* capability, CgiMap* login) {
+    return stepResult("capability", BenchRequest::convertCgiCapability(capability, login));
+}
+
+int Camera::convertCgiCapability(CgiMap* capability, CgiMap* machine, CgiMap* login) {
+    return stepResult("machine", BaseRequest::convertCgiCapability(capability, machine, login));
+}
+
+int Camera::convertCgiVideo(CgiMap* video) {
+    videoMap = video;
+    return stepResult("video", BaseRequest::convertCgiVideo(video));
+}
+
+int Camera::convertCgiCamera(CgiMap* map) {
+    cameraMap = map;
+    return stepResult("camera", BaseRequest::convertCgiCamera(map));
+}
+
+int Camera::convertCgiMisc(CgiMap* misc, CgiMap* notification) {
+    miscMap = misc;
+    notificationMap = notification;
+    return stepResult("misc", BaseRequest::convertCgiMisc(misc, notification));
+}
+
+int Camera::handleParameter(unsigned int, char* url, char** answer) {
+    return setHandler ? setHandler(url, answer) : 1;
+}
+
+CgiMap pairsOf(const std::string& answer) {
+    const std::string head = kEmptySuccess;
+    EXPECT_EQ(answer.substr(0, head.size()), head);
+    CgiMap pairs;
+    for (std::size_t at = head.size(); at < answer.size();) {
+        const std::size_t end = answer.find('\n', at);
+        const std::string line = answer.substr(at, end - at);
+        const std::size_t equals = line.find('=');
+        EXPECT_NE(equals, std::string::npos) << line;
+        if (end == std::string::npos || equals == std::string::npos)
+            break;
+        pairs[line.substr(0, equals)] = line.substr(equals + 1);
+        at = end + 1;
+    }
+    return pairs;
+}
+
+CameraTest::CameraTest() { forgetTraces(); }
+
+} // namespace koine::test
