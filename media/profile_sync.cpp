@@ -153,15 +153,15 @@ private:
                              size.height);
         client_.setSettingW(static_cast<int>(size.width));
         client_.setSettingH(static_cast<int>(size.height));
-        append(keys().of(EncoderKey::width), size.width);
-        append(keys().of(EncoderKey::height), size.height);
+        append(keys().of(EncoderKey::width), std::to_string(size.width));
+        append(keys().of(EncoderKey::height), std::to_string(size.height));
     }
 
     void append(std::string_view key, std::string_view value) {
         settings_.append("&").append(key).append("=").append(value);
     }
 
-    void append(std::string_view key, std::int64_t value) { append(key, numberAsText(value)); }
+    void append(std::string_view key, int value) { append(key, numberAsText(value)); }
 
     /// The line goes the way of a line of the host, so that the caches follow it. A refusal is the device's
     /// business: the stream then comes as the device has it.
