@@ -19,15 +19,13 @@
 #include <mutex>
 #include <new>
 #include <string>
+#include <utility>
 
 namespace koine::platform {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
-
-// A stale nonce needs one repetition. libcurl counts it as it counts a redirect.
-constexpr long kMostRepetitions = 3;
 
 // Cookies that a device may set until the jar is looked into, and how many distinct ones may stay in it.
 constexpr std::size_t kCookiesUntilCheck = 256;
@@ -39,8 +37,8 @@ long curlMilliseconds(Milliseconds time) {
 
 const char* nullIfEmpty(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
 
-/// The client on libcurl: one easy handle for its whole life, so that the nonce, the cookies and the
-/// connection outlast a request.
+/// The client on libcurl: one easy handle for as long as it talks to one device, so that the nonce, the
+/// cookies and the connection outlast a request.
 class CurlClient final : public IHttpClient {
 public:
     /// @throws CurlFailure, std::bad_alloc
@@ -58,6 +56,7 @@ public:
     void SetUid(unsigned int uid) override { uid_ = uid; }
 
 private:
+    void configure(CurlEasy& easy);
     HttpResult serve(const HttpCall& call) noexcept;
     HttpResult exchange(const HttpCall& call);
     void enter(const std::string& origin);
@@ -95,25 +94,28 @@ private:
 };
 
 CurlClient::CurlClient() {
-    if (!easy_)
-        throw std::bad_alloc();
+    configure(easy_);
     systemAuthorityFile_ = orEmpty(easy_.textInfo(CURLINFO_CAINFO));
     systemAuthorityFolder_ = orEmpty(easy_.textInfo(CURLINFO_CAPATH));
-    reader_.attach(easy_);
-    easy_.set(CURLOPT_ERRORBUFFER, errorText_.data());
-    easy_.set(CURLOPT_NOSIGNAL, 1L);
-    easy_.set(CURLOPT_QUICK_EXIT, 1L); // or a name server that hangs would outlast every limit
-    easy_.set(CURLOPT_PROTOCOLS_STR, "http,https");
-    easy_.set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    easy_.set(CURLOPT_PATH_AS_IS, 1L);
+}
+
+void CurlClient::configure(CurlEasy& easy) {
+    if (!easy)
+        throw CurlFailure{CURLE_OUT_OF_MEMORY};
+    reader_.attach(easy);
+    easy.set(CURLOPT_ERRORBUFFER, errorText_.data());
+    easy.set(CURLOPT_NOSIGNAL, 1L);
+    easy.set(CURLOPT_QUICK_EXIT, 1L); // or a name server that hangs would outlast every limit
+    easy.set(CURLOPT_PROTOCOLS_STR, "http,https");
+    easy.set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    easy.set(CURLOPT_PATH_AS_IS, 1L);
     // A redirect could lead to another host, and devices have no need of any.
-    easy_.set(CURLOPT_FOLLOWLOCATION, 0L);
-    easy_.set(CURLOPT_MAXREDIRS, kMostRepetitions);
-    easy_.set(CURLOPT_PROXY, "");
-    easy_.set(CURLOPT_NOPROXY, "*");
-    easy_.set(CURLOPT_TCP_KEEPALIVE, 1L);
-    easy_.set(CURLOPT_TCP_NODELAY, 1L);
-    easy_.set(CURLOPT_COOKIEFILE, ""); // switches the cookie engine on; no file is read
+    easy.set(CURLOPT_FOLLOWLOCATION, 0L);
+    easy.set(CURLOPT_PROXY, "");
+    easy.set(CURLOPT_NOPROXY, "*");
+    easy.set(CURLOPT_TCP_KEEPALIVE, 1L);
+    easy.set(CURLOPT_TCP_NODELAY, 1L);
+    easy.set(CURLOPT_COOKIEFILE, ""); // switches the cookie engine on; no file is read
 }
 
 int CurlClient::Request(const char* url, const char* headers, const char* contentType, const void* content,
@@ -179,22 +181,28 @@ HttpResult CurlClient::exchange(const HttpCall& call) {
     const unsigned int ownLimit = timeLimit_;
     const Clock::time_point deadline =
         Clock::now() + Milliseconds(ownLimit != 0 ? ownLimit : settings.requestMilliseconds);
+    auth_.beginRequest();
     CURLcode code = attempt(call, deadline, settings.bodyLimit);
-    if (worthRepeating(call, code))
+    for (int made = 1; worthRepeating(call, code) && made < AuthMemory::kMostAttempts; ++made)
         code = attempt(call, deadline, settings.bodyLimit);
     trimCookies();
     return resultOf(code);
 }
 
-/// Nothing that one device said may reach another one.
+/// Nothing that one device said may reach another one: neither a cookie nor credentials in the form that the
+/// first one wanted.
 void CurlClient::enter(const std::string& origin) {
     if (origin_ == origin)
         return;
-    origin_.clear();
-    auth_.forget();
-    easy_.set(CURLOPT_COOKIELIST, "ALL");
-    connection_.close();
-    origin_ = origin;
+    std::string entered = origin;
+    if (!origin_.empty()) {
+        CurlEasy fresh;
+        configure(fresh);
+        connection_.close();
+        easy_ = std::move(fresh);
+        auth_ = AuthMemory();
+    }
+    origin_.swap(entered);
 }
 
 void CurlClient::applySettings(const Settings& settings) {
@@ -222,16 +230,20 @@ CURLcode CurlClient::attempt(const HttpCall& call, Clock::time_point deadline, s
 }
 
 void CurlClient::applyCredentials(const HttpCall& call) {
-    // Without a known scheme the first try is for the challenge: it goes without credentials.
-    const bool send = auth_.scheme() != 0 && *call.username != '\0';
-    easy_.set(CURLOPT_USERNAME, send ? call.username : nullptr);
-    easy_.set(CURLOPT_PASSWORD, send ? call.password : nullptr);
-    easy_.set(CURLOPT_HTTPAUTH, send ? auth_.scheme() : static_cast<long>(CURLAUTH_NONE));
+    easy_.set(CURLOPT_USERNAME, call.anonymous() ? nullptr : call.username);
+    easy_.set(CURLOPT_PASSWORD, call.anonymous() ? nullptr : call.password);
+    easy_.set(CURLOPT_HTTPAUTH, auth_.schemes());
+    // A repetition with credentials counts as a redirect in libcurl; there are no others.
+    easy_.set(CURLOPT_MAXREDIRS, auth_.repetitions());
 }
 
 bool CurlClient::worthRepeating(const HttpCall& call, CURLcode code) {
-    const bool learned = auth_.learn(easy_.info(CURLINFO_HTTPAUTH_AVAIL));
-    return learned && code == CURLE_OK && lastStatus_ == 401 && *call.username != '\0';
+    AuthOutcome outcome;
+    outcome.offered = easy_.info(CURLINFO_HTTPAUTH_AVAIL);
+    outcome.refused = lastStatus_ == 401;
+    outcome.stopped = code == CURLE_TOO_MANY_REDIRECTS;
+    outcome.anonymous = call.anonymous();
+    return auth_.learn(outcome) && (code == CURLE_OK || outcome.stopped);
 }
 
 HttpResult CurlClient::resultOf(CURLcode code) {
@@ -240,7 +252,8 @@ HttpResult CurlClient::resultOf(CURLcode code) {
         return resultOfStatus(lastStatus_);
     }
     const HttpResult result = resultOfFailure(code);
-    if (result != kAborted)
+    // Neither is a fault: the one was asked for, the other is the device's plain answer.
+    if (result != kAborted && result != kCredentialsRefused)
         traceFailure(result, errorText_.front() != '\0' ? errorText_.data() : curl_easy_strerror(code));
     return result;
 }

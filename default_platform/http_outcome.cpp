@@ -30,7 +30,7 @@ HttpResult resultOfFailure(CURLcode code) noexcept {
         return kTimeLimit;
     case CURLE_ABORTED_BY_CALLBACK:
         return kAborted;
-    // Every repetition was refused as stale.
+    // The device refused, and another repetition was not allowed.
     case CURLE_TOO_MANY_REDIRECTS:
         return kCredentialsRefused;
     case CURLE_OUT_OF_MEMORY:

@@ -20,6 +20,8 @@ struct HttpCall {
     const char* password = "";
     int method = 0;
     bool freshConnection = false;
+
+    bool anonymous() const noexcept { return *username == '\0'; }
 };
 
 /// The call, checked and brought into libcurl's form.
