@@ -24,8 +24,9 @@ public:
     }
 
 private:
-    [[noreturn]] void fail(const std::string& what, std::size_t at) const {
-        throw UriPatternError("stream URI pattern: " + what + " at character " + std::to_string(at + 1));
+    [[noreturn]] static void fail(const std::string& what, std::size_t at, const std::string& hint = {}) {
+        throw UriPatternError("stream URI pattern: " + what + " at character " + std::to_string(at + 1) +
+                              hint);
     }
 
     /// Everything up to the end of the group, or of the pattern.
@@ -58,7 +59,7 @@ private:
         const std::string_view name = pattern_.substr(at_, end - at_);
         const auto known = std::find(kNames.begin(), kNames.end(), name);
         if (known == kNames.end())
-            fail("unknown placeholder {" + std::string(name) + "} (known: " + knownNames() + ")", at_ - 1);
+            fail("unknown placeholder {" + std::string(name) + "}", at_ - 1, "; known are " + knownNames());
         at_ = end + 1;
         const std::string& value = values_[static_cast<UriField>(known - kNames.begin())];
         text += value;

@@ -86,7 +86,8 @@ void printCounters(const sim::Counters& counters) {
 } // namespace
 
 ExitCode SimulateCommand::run() const {
-    const std::filesystem::path folder = modelFolder.empty() ? sim::modelFolder() : modelFolder;
+    const std::filesystem::path folder =
+        modelFolder.empty() ? sim::modelFolder() : std::filesystem::path(modelFolder);
     if (listModels) {
         orUsage([&] { tool::listModels(folder); });
         return ExitCode::answered;
@@ -101,7 +102,7 @@ ExitCode SimulateCommand::run() const {
         options.password = wantedPassword(*this);
 
     const StopSignals stop;
-    const auto device = orUsage([&] { return std::make_unique<sim::SimulatedDevice>(std::move(options)); });
+    const auto device = orUsage([&] { return std::make_unique<sim::SimulatedDevice>(options); });
     for (const sim::Fault& fault : wanted)
         device->setFault(fault);
     printLine(model + " at " + device->url() + (auth == "none" ? "" : ", " + auth + ", user " + user));
