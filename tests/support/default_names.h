@@ -1,0 +1,24 @@
+/// @file
+/// Compiled before the default platform's sources: gives its functions other names, so that the scripted
+/// ones of the same names can forward to them.
+#pragma once
+
+#define createMapStr default_createMapStr
+#define createMapstrFromCgi default_createMapstrFromCgi
+#define getCgiStr default_getCgiStr
+#define checkIfONVIFProductName default_checkIfONVIFProductName
+#define checkIf331_578ProductName default_checkIf331_578ProductName
+#define checkIf5240ProductName default_checkIf5240ProductName
+#define checkIfPellProductId default_checkIfPellProductId
+#define checkIfNoCapabilityProductId default_checkIfNoCapabilityProductId
+#define haveResoIndepInCapability default_haveResoIndepInCapability
+#define haveProfileInCapability default_haveProfileInCapability
+#define haveIDPTZInCapability default_haveIDPTZInCapability
+#define getResolutionByStr default_getResolutionByStr
+#define getResolutionStrByValue2 default_getResolutionStrByValue2
+#define getConfigVideoStr_TovlinNVR default_getConfigVideoStr_TovlinNVR
+#define vm_mutex_set_invalid default_vm_mutex_set_invalid
+#define vm_mutex_init default_vm_mutex_init
+#define vm_mutex_lock default_vm_mutex_lock
+#define vm_mutex_unlock default_vm_mutex_unlock
+#define vm_mutex_destroy default_vm_mutex_destroy
