@@ -99,7 +99,9 @@ private:
             notePushed(made.line);
             ++cost.deviceRequests;
         }
-        page_.answer(answer, cost);
+        std::string& before = answers_[std::to_string(uid) + " " + line];
+        page_.answer(answer, cost, before == answer.text);
+        before = answer.text;
         total += cost;
         if (!answer.ok())
             throw Failure(ExitCode::refused, "the demo's line was refused: " + line);
@@ -152,12 +154,12 @@ private:
 
     void summary() const {
         page_.title("Summary");
+        using Align = Table::Align;
         Table table({{"STREAM USER"},
-                     {"FIRST START", Table::Align::right},
-                     {"", Table::Align::right},
-                     {"AGAIN", Table::Align::right},
-                     {"", Table::Align::right},
-                     {"URI"}});
+                     {"FIRST START", Align::right},
+                     {"TIME", Align::right},
+                     {"AGAIN", Align::right},
+                     {"TIME", Align::right}});
         for (std::size_t i = 0; i < kViewers.size(); ++i)
             table.add({std::to_string(kViewers[i].uid) + ", " + kViewers[i].wish,
                        counted(cold_[i].deviceRequests, "request"), timeText(cold_[i].milliseconds),
@@ -168,8 +170,9 @@ private:
             page_.fact("URI " + std::to_string(uid), uri);
         const sim::Counters counters = simulated_.counters();
         page_.fact("device", counted(counters.connections, "connection") + ", " +
-                                 counted(counters.requests, "request") + ", " +
-                                 counted(counters.unauthorized, "answer") + " with 401");
+                                 counted(counters.requests, "request") + ", of which " +
+                                 std::to_string(counters.unauthorized) +
+                                 " answered with 401: the challenge of Digest");
         page_.gap();
     }
 
@@ -181,6 +184,7 @@ private:
     std::vector<Cost> cold_;
     std::vector<Cost> warm_;
     std::vector<Pushed> pushed_;
+    std::map<std::string, std::string> answers_; ///< by user and line
     std::map<unsigned int, std::string> uris_;
 };
 

@@ -15,7 +15,9 @@ std::string indent(std::size_t columns) { return std::string(columns, ' '); }
 
 } // namespace
 
-std::string timeText(double milliseconds) { return fixedText(milliseconds, 1) + " ms"; }
+std::string timeText(double milliseconds) {
+    return fixedText(milliseconds, milliseconds < 1 ? 2 : 1) + " ms";
+}
 
 std::string counted(std::size_t count, std::string_view what) {
     return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
@@ -79,31 +81,34 @@ void Page::deviceRequest(const DeviceRequest& request) const {
         printLine(style_.paint(Tint::yellow, indent(kMargin + 10) + harmless(item)));
 }
 
-void Page::answer(const Answer& answer, const Cost& cost) const {
+void Page::longLine(std::string_view text) const {
+    // A second row holds the rest of nearly everything, URIs above all; lists of sizes are cut there.
+    constexpr std::size_t kRoom = kWidth - kMargin;
+    printLine(indent(kMargin) + std::string(text.substr(0, kRoom)));
+    if (text.size() > kRoom)
+        printLine(indent(2 * kMargin) + shortened(text.substr(kRoom), kRoom - kMargin));
+}
+
+void Page::answer(const Answer& answer, const Cost& cost, bool sameAsBefore) const {
     const std::string source =
         cost.deviceRequests == 0 ? "from cache" : "from device, " + counted(cost.deviceRequests, "request");
     const std::string right = source + ", " + timeText(cost.milliseconds);
-    const Tint tint = answer.ok() ? Tint::green : Tint::red;
-    std::size_t shown = 0;
-    std::size_t left = 0;
-    bool first = true;
-    for (const std::string_view line : Tokens(answer.text, "\n")) {
-        if (first && line == "0")
-            continue; // the status says nothing that the word after it does not
-        if (shown == kLongestAnswer) {
-            ++left;
-            continue;
-        }
-        const std::string text = indent(kMargin) + harmless(line);
-        if (first)
-            withRightEdge(text, tint, right);
-        else
-            printLine(shortened(text, kWidth));
-        first = false;
-        ++shown;
-    }
-    if (left > 0)
-        printLine(style_.paint(Tint::dim, indent(kMargin) + "... and " + counted(left, "line") + " more"));
+    std::vector<std::string> lines;
+    for (const std::string_view line : Tokens(answer.text, "\n"))
+        lines.push_back(harmless(line));
+    // The status says nothing that the word after it does not.
+    if (lines.size() > 1)
+        lines.erase(lines.begin());
+    const std::string head = lines.empty() ? std::string() : lines.front();
+    const std::string note = sameAsBefore && lines.size() > 1 ? ", the same answer as before" : "";
+    withRightEdge(indent(kMargin) + head + note, answer.ok() ? Tint::green : Tint::red, right);
+    if (sameAsBefore)
+        return;
+    for (std::size_t i = 1; i < lines.size() && i < kLongestAnswer; ++i)
+        longLine(lines[i]);
+    if (lines.size() > kLongestAnswer)
+        printLine(style_.paint(Tint::dim, indent(kMargin) + "... and " +
+                                              counted(lines.size() - kLongestAnswer, "more line")));
 }
 
 } // namespace koine::tool

@@ -38,20 +38,20 @@ public:
     /// What the library asked the device meanwhile.
     void deviceRequest(const DeviceRequest& request) const;
 
-    /// The answer, with its source and cost at the right edge.
-    void answer(const Answer& answer, const Cost& cost) const;
+    /// The answer, with its source and cost at the right edge; one that was shown before in a word.
+    void answer(const Answer& answer, const Cost& cost, bool sameAsBefore) const;
 
-    void text(std::string_view text) const { printLine("  " + std::string(text)); }
     void gap() const { printLine(); }
     const Style& style() const { return style_; }
 
 private:
+    void longLine(std::string_view text) const;
     void withRightEdge(std::string_view left, Tint tint, std::string_view right) const;
 
     Style style_{stdout};
 };
 
-/// "12.3 ms".
+/// "12.3 ms", "0.04 ms".
 std::string timeText(double milliseconds);
 
 /// "1 request", "3 requests".
