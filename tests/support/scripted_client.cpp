@@ -30,7 +30,7 @@ public:
         const SpareAllocations spare;
         DeviceRequest request;
         request.url = shown(url);
-        request.line = koine::test::requestLineOf(request.url);
+        request.line = koine::test::lineOfUrl(request.url);
         request.uid = uid_;
         request.username = shown(username);
         request.password = shown(password);

@@ -48,7 +48,7 @@ void ScriptedDevice::answerAsCamera() {
     onBeginning("Stream.cgi?action=set", "0\nOK\n");
 }
 
-std::string requestLineOf(const std::string& url) {
+std::string lineOfUrl(const std::string& url) {
     const std::size_t scheme = url.find("://");
     if (scheme == std::string::npos)
         return url;

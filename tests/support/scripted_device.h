@@ -74,6 +74,6 @@ private:
 };
 
 /// What follows the address and port of a URL; a text without a scheme is given back as it is.
-std::string requestLineOf(const std::string& url);
+std::string lineOfUrl(const std::string& url);
 
 } // namespace koine::test

@@ -244,7 +244,7 @@ std::string shortAddress(const void* object) {
     return text;
 }
 
-char* heapText(const std::string& text) {
+char* mallocedText(const std::string& text) {
     char* copy = static_cast<char*>(std::malloc(text.size() + 1));
     if (copy != nullptr)
         std::memcpy(copy, text.c_str(), text.size() + 1);

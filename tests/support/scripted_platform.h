@@ -131,6 +131,6 @@ void forgetTraces();
 std::string shortAddress(const void* object);
 
 /// A text from `malloc`, for hooks that hand one out.
-char* heapText(const std::string& text);
+char* mallocedText(const std::string& text);
 
 } // namespace koine::test

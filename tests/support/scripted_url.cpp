@@ -20,9 +20,9 @@ char* deviceUrl(const std::string& address, unsigned int port, const std::string
     const bool schemed = beginsWith(address, "https://");
     const std::string host = schemed ? address.substr(std::strlen("https://")) : address;
     const bool bracketed = host.find(':') != std::string::npos;
-    return koine::test::heapText(std::string(schemed || port == kSecurePort ? "https://" : "http://") +
-                                 (bracketed ? "[" + host + "]" : host) + ":" + std::to_string(port) + "/" +
-                                 line);
+    return koine::test::mallocedText(std::string(schemed || port == kSecurePort ? "https://" : "http://") +
+                                     (bracketed ? "[" + host + "]" : host) + ":" + std::to_string(port) +
+                                     "/" + line);
 }
 
 } // namespace

@@ -89,7 +89,7 @@ int TestRequest::buildStreamUri(unsigned int uid, const char* serverAddress, uns
     if (steps.buildStreamUri)
         return steps.buildStreamUri(uid, serverAddress, serverPort, videoEncoding, audioEncoding, width,
                                     height, uri);
-    *uri = heapText("rtsp://camera/live");
+    *uri = mallocedText("rtsp://camera/live");
     return *uri == nullptr ? -8 : 1;
 }
 

@@ -19,7 +19,7 @@ class Answer {
 public:
     Answer() = default;
     /// A text that is there before the call.
-    explicit Answer(const std::string& before) : raw_(heapText(before)) {}
+    explicit Answer(const std::string& before) : raw_(mallocedText(before)) {}
     ~Answer();
     Answer(const Answer&) = delete;
     Answer& operator=(const Answer&) = delete;
