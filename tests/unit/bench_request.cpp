@@ -1,7 +1,6 @@
 #include "bench_request.h"
 
 #include <cstdlib>
-#include <cstring>
 
 namespace koine::test {
 namespace {
@@ -9,13 +8,6 @@ namespace {
 std::string orNull(const char* text) { return text == nullptr ? "(null)" : text; }
 
 } // namespace
-
-char* heapText(const std::string& text) {
-    char* copy = static_cast<char*>(std::malloc(text.size() + 1));
-    if (copy != nullptr)
-        std::memcpy(copy, text.c_str(), text.size() + 1);
-    return copy;
-}
 
 AnswerText::~AnswerText() { std::free(raw_); }
 
@@ -109,14 +101,6 @@ int BenchRequest::convertCgiMedia(unsigned int uid, CgiMap* media, CgiMap* login
     media_ = media;
     login_ = login;
     return converts ? BaseRequest::convertCgiMedia(uid, media, login) : 1;
-}
-
-std::string requestLineOf(const std::string& url) {
-    const std::size_t scheme = url.find("://");
-    if (scheme == std::string::npos)
-        return url;
-    const std::size_t path = url.find('/', scheme + 3);
-    return path == std::string::npos ? "" : url.substr(path + 1);
 }
 
 } // namespace koine::test

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "koine/BaseRequest.h"
+#include "tests/support/scripted_platform.h"
 
 #include <functional>
 #include <initializer_list>
@@ -14,9 +15,6 @@ namespace koine::test {
 
 /// The stream user of most tests.
 inline constexpr unsigned int kUid = 7;
-
-/// A text on the heap, as steps hand them out.
-char* heapText(const std::string& text);
 
 /// Owns the answer of a step: `EXPECT_EQ(step(..., answer.out()), 1)`, then `answer.text()`.
 class AnswerText {
@@ -121,8 +119,5 @@ private:
     CgiMap* capability_ = nullptr;
     CgiMap* media_ = nullptr;
 };
-
-/// What follows the address and port of a URL.
-std::string requestLineOf(const std::string& url);
 
 } // namespace koine::test

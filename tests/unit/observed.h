@@ -2,16 +2,14 @@
 /// What the library said: its trace lines and what it wrote to standard error.
 #pragma once
 
+#include "tests/support/scripted_platform.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 namespace koine::test {
-
-/// The trace lines since the test began (or since `forgetTraces`), rendered, with their line ends.
-std::vector<std::string> traces();
-void forgetTraces();
 
 /// Are these exactly the trace lines? A "*" stands for one whole number: where no line number is given, any
 /// will do, but there must be one.
