@@ -1,11 +1,33 @@
 #include "camera.h"
 
+#include "tests/support/failing_allocations.h"
+
+#include <cstdlib>
+#include <cstring>
 #include <utility>
 
 namespace koine::test {
+namespace {
 
-Camera::Camera() : BenchRequest(Caches::unfilled) {
-    converts = true;
+char* onHeap(const std::string& text) {
+    char* copy = static_cast<char*>(std::malloc(text.size() + 1));
+    if (copy != nullptr)
+        std::memcpy(copy, text.c_str(), text.size() + 1);
+    return copy;
+}
+
+std::string lineOf(const std::string& url) {
+    const std::size_t scheme = url.find("://");
+    const std::size_t path = scheme == std::string::npos ? scheme : url.find('/', scheme + 3);
+    return path == std::string::npos ? url : url.substr(path + 1);
+}
+
+} // namespace
+
+Camera::Camera() {
+    set_server_address("camera");
+    set_username("admin");
+    set_password("secret");
     has(kLoginLine, "Product-Name=Camera\nProduct-ID=C100\n");
     has(kCapabilityLine, "Device=IPCAM\nID=C100\n");
     has(kSecondCapabilityLine, "Second=1\n");
@@ -17,14 +39,18 @@ Camera::Camera() : BenchRequest(Caches::unfilled) {
     has(kMiscLine, "Misc.External.DI.Port1.Active=N.O.\n");
     has(kAnalyticsLine, "VideoAnalytics.Rule=1\n");
     healthy_ = replies_;
-    device = [this](const std::string& line, char** answer) {
-        const auto reply = replies_.find(line);
-        if (reply == replies_.end())
-            return -6;
-        if (reply->second.hasText && answer != nullptr)
-            *answer = heapText(reply->second.text);
-        return reply->second.result;
-    };
+}
+
+int Camera::requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
+                       _REQCGI_CONNECTION_DEF connection) {
+    const SpareAllocations spare;
+    sent.push_back({uid, url, method, connection});
+    const auto reply = replies_.find(lineOf(url));
+    if (reply == replies_.end())
+        return -6;
+    if (reply->second.hasText && answer != nullptr)
+        *answer = onHeap(reply->second.text);
+    return reply->second.result;
 }
 
 void Camera::has(const std::string& line, const std::string& pairs) { answers(line, kEmptySuccess + pairs); }
@@ -40,7 +66,9 @@ void Camera::fails(const std::string& line, int result, const std::string& text)
 }
 
 std::vector<std::string> Camera::asked() {
-    std::vector<std::string> all = sentLines();
+    std::vector<std::string> all;
+    for (const Sent& one : sent)
+        all.push_back(lineOf(one.url));
     sent.clear();
     return all;
 }
@@ -57,7 +85,7 @@ int Camera::stepResult(const std::string& step, int result) {
 }
 
 int Camera::convertCgiCapability(CgiMap* capability, CgiMap* login) {
-    return stepResult("capability", BenchRequest::convertCgiCapability(capability, login));
+    return stepResult("capability", converts ? BaseRequest::convertCgiCapability(capability, login) : 1);
 }
 
 int Camera::convertCgiCapability(CgiMap* capability, CgiMap* machine, CgiMap* login) {

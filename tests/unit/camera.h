@@ -2,8 +2,8 @@
 /// A whole device on the bench: a camera that answers each request line with what the test wrote for it.
 #pragma once
 
-#include "bench_request.h"
 #include "observed.h"
+#include "tests/support/test_request.h"
 
 #include <gtest/gtest.h>
 
@@ -27,9 +27,17 @@ inline constexpr const char* kAnalyticsLine = "Config.cgi?action=get&category=Vi
 inline constexpr const char* kNoSuchKey = "-11\nERROR: Unknown parameter.\n";
 inline constexpr const char* kEmptySuccess = "0\nOK\n";
 
+/// One request as the device class got it.
+struct Sent {
+    unsigned int uid;
+    std::string url;
+    int method;
+    int connection;
+};
+
 /// Nothing is asked of it before the test does; every line that the library may send has a short answer, any
 /// other fails with -6. Conversions run and show which maps they were given.
-class Camera : public BenchRequest {
+class Camera : public TestRequest {
 public:
     using Maps = std::vector<CgiMap*>;
 
@@ -54,6 +62,7 @@ public:
     void isPell(int flag = 1);
 
     // ---- Seen by the test
+    std::vector<Sent> sent;
     std::vector<std::string> steps; ///< conversions in the order in which they were called
     CgiMap* videoMap = nullptr;
     CgiMap* cameraMap = nullptr;
@@ -61,16 +70,18 @@ public:
     CgiMap* notificationMap = nullptr;
 
     // ---- Set by the test
+    bool converts = true; ///< whether the device's own capability dialect is converted
     std::map<std::string, int> conversionResults;            ///< results other than 1, by name of the step
     std::function<int(char* url, char** answer)> setHandler; ///< 1 when empty
 
-    using BenchRequest::convertCgiCapability;
     int convertCgiCapability(CgiMap* capability, CgiMap* login) override;
     int convertCgiCapability(CgiMap* capability, CgiMap* machine, CgiMap* login) override;
     int convertCgiVideo(CgiMap* video) override;
     int convertCgiCamera(CgiMap* camera) override;
     int convertCgiMisc(CgiMap* misc, CgiMap* notification) override;
     int handleParameter(unsigned int uid, char* url, char** answer) override;
+    int requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
+                   _REQCGI_CONNECTION_DEF connection) override;
 
 private:
     struct Reply {

@@ -8,11 +8,11 @@ namespace {
 class LoginCache : public CameraTest {
 protected:
     std::string loginText(int refresh = 0, const char* key = nullptr) {
-        AnswerText answer;
-        EXPECT_EQ(camera.getCacheLogin(kUid, refresh, key, answer.out()), 1);
+        Answer answer;
+        EXPECT_EQ(camera.getCacheLogin(kUser, refresh, key, answer.out()), 1);
         return answer.text();
     }
-    int fill() { return camera.getCacheLogin(kUid, 0, nullptr, nullptr); }
+    int fill() { return camera.getCacheLogin(kUser, 0, nullptr, nullptr); }
 };
 
 TEST_F(LoginCache, AsksTheDeviceOnceWithPlainMethodAndConnection) {
@@ -20,7 +20,7 @@ TEST_F(LoginCache, AsksTheDeviceOnceWithPlainMethodAndConnection) {
     EXPECT_EQ(fill(), 1);
     loginText();
     ASSERT_EQ(camera.sent.size(), 1U);
-    EXPECT_EQ(camera.sent[0].uid, kUid);
+    EXPECT_EQ(camera.sent[0].uid, kUser);
     EXPECT_EQ(camera.sent[0].url, "http://camera:80/Login.cgi");
     EXPECT_EQ(camera.sent[0].method, 0);
     EXPECT_EQ(camera.sent[0].connection, 0);
@@ -65,7 +65,7 @@ TEST_F(LoginCache, SetsTheFourProductFlagsFromNameAndIdentifier) {
     for (const ProductRow& row : rows) {
         Camera one;
         one.has(kLoginLine, row.pairs);
-        EXPECT_EQ(one.getCacheLogin(kUid, 0, nullptr, nullptr), 1);
+        EXPECT_EQ(one.getCacheLogin(kUser, 0, nullptr, nullptr), 1);
         EXPECT_EQ(one.getIsONVIFProduct() != 0, row.onvif != 0) << row.pairs;
         EXPECT_EQ(one.getIs331_578Product() != 0, row.is331_578 != 0) << row.pairs;
         EXPECT_EQ(one.getIs5240Product() != 0, row.is5240 != 0) << row.pairs;
@@ -113,15 +113,15 @@ private:
 TEST(LoginFlags, AreWrittenThroughTheirSettersInOrder) {
     FlagOrder one;
     one.has(kLoginLine, "Product-Name=TL-578\nProduct-ID=PELL-1\n");
-    EXPECT_EQ(one.getCacheLogin(kUid, 0, nullptr, nullptr), 1);
+    EXPECT_EQ(one.getCacheLogin(kUser, 0, nullptr, nullptr), 1);
     EXPECT_EQ(one.order, (std::vector<std::string>{"onvif-", "331_578+", "5240-", "pell+"}));
 }
 
 TEST_F(LoginCache, ARefreshOfAFilledCacheEmptiesItWithoutAskingAgain) {
     EXPECT_EQ(fill(), 1);
     camera.asked();
-    AnswerText answer;
-    EXPECT_EQ(camera.getCacheLogin(kUid, 1, nullptr, answer.out()), -8);
+    Answer answer;
+    EXPECT_EQ(camera.getCacheLogin(kUser, 1, nullptr, answer.out()), -8);
     EXPECT_TRUE(answer.isNull());
     EXPECT_EQ(camera.asked(), std::vector<std::string>{});
     EXPECT_TRUE(tracesAre({"???#* BaseRequest, err-8. \n"}));
@@ -129,13 +129,13 @@ TEST_F(LoginCache, ARefreshOfAFilledCacheEmptiesItWithoutAskingAgain) {
 
 TEST_F(LoginCache, ARefreshWithoutAnAnswerSucceedsAndStaysEmpty) {
     EXPECT_EQ(fill(), 1);
-    EXPECT_EQ(camera.getCacheLogin(kUid, 1, nullptr, nullptr), 1);
-    AnswerText answer;
-    EXPECT_EQ(camera.getCacheLogin(kUid, 0, nullptr, answer.out()), -8);
+    EXPECT_EQ(camera.getCacheLogin(kUser, 1, nullptr, nullptr), 1);
+    Answer answer;
+    EXPECT_EQ(camera.getCacheLogin(kUser, 0, nullptr, answer.out()), -8);
 }
 
 TEST_F(LoginCache, ARefreshOfAnUnfilledCacheAsksTheDevice) {
-    EXPECT_EQ(camera.getCacheLogin(kUid, 1, nullptr, nullptr), 1);
+    EXPECT_EQ(camera.getCacheLogin(kUser, 1, nullptr, nullptr), 1);
     EXPECT_EQ(camera.asked(), std::vector<std::string>{"Login.cgi"});
 }
 
@@ -149,16 +149,16 @@ TEST_F(LoginCache, OnlyOneMeansRefresh) {
 TEST_F(LoginCache, AFailedRequestIsTracedAndGivesItsCode) {
     camera.fails(kLoginLine, -1);
     camera.set_strm_setting_channel(3);
-    AnswerText answer;
-    EXPECT_EQ(camera.getCacheLogin(kUid, 0, nullptr, answer.out()), -1);
+    Answer answer;
+    EXPECT_EQ(camera.getCacheLogin(kUser, 0, nullptr, answer.out()), -1);
     EXPECT_TRUE(answer.isNull());
     EXPECT_TRUE(tracesAre({"??#* getCacheLogin: error, uid=7:3. \n"}));
 }
 
 TEST_F(LoginCache, AFailedRequestHandsOverWhatTheDeviceSaid) {
     camera.fails(kLoginLine, -6, "500 oh no");
-    AnswerText answer;
-    EXPECT_EQ(camera.getCacheLogin(kUid, 0, nullptr, answer.out()), -6);
+    Answer answer;
+    EXPECT_EQ(camera.getCacheLogin(kUser, 0, nullptr, answer.out()), -6);
     EXPECT_EQ(answer.text(), "500 oh no");
 }
 
@@ -166,22 +166,22 @@ TEST_F(LoginCache, OverwritesWhatTheAnswerPointedToWhenTheRequestFails) {
     camera.fails(kLoginLine, -6);
     char before[] = "before";
     char* answer = before;
-    EXPECT_EQ(camera.getCacheLogin(kUid, 0, nullptr, &answer), -6);
+    EXPECT_EQ(camera.getCacheLogin(kUser, 0, nullptr, &answer), -6);
     EXPECT_EQ(answer, nullptr);
 }
 
 TEST_F(LoginCache, AnAnswerThatDoesNotParseIsTracedWithItsCode) {
     camera.answers(kLoginLine, "-77\nERROR: No.\n");
-    AnswerText answer;
-    EXPECT_EQ(camera.getCacheLogin(kUid, 0, nullptr, answer.out()), -77);
+    Answer answer;
+    EXPECT_EQ(camera.getCacheLogin(kUser, 0, nullptr, answer.out()), -77);
     EXPECT_EQ(answer.text(), "-77\nERROR: No.\n");
     EXPECT_TRUE(tracesAre({"??#* ParsingCGIData: uid=7:0, err-77. \n"}));
 }
 
 TEST_F(LoginCache, AnAnswerWithoutBodyDoesNotParse) {
     camera.answersNothing(kLoginLine);
-    AnswerText answer;
-    EXPECT_EQ(camera.getCacheLogin(kUid, 0, nullptr, answer.out()), -2);
+    Answer answer;
+    EXPECT_EQ(camera.getCacheLogin(kUser, 0, nullptr, answer.out()), -2);
     EXPECT_TRUE(answer.isNull());
     EXPECT_TRUE(tracesAre({"??#* ParsingCGIData: uid=7:0, err-2. \n"}));
 }
