@@ -16,7 +16,7 @@ BenchRequest::BenchRequest(Caches caches) {
     set_username("admin");
     set_password("secret");
     device = [](const std::string&, char** answer) {
-        *answer = heapText("0\nOK\nSeed=1\n");
+        *answer = mallocedText("0\nOK\nSeed=1\n");
         return 1;
     };
     if (caches == Caches::unfilled)
@@ -53,7 +53,7 @@ std::string BenchRequest::encoderValue(int number, const std::string& suffix) {
 std::vector<std::string> BenchRequest::sentLines() const {
     std::vector<std::string> all;
     for (const Sent& one : sent)
-        all.push_back(requestLineOf(one.url));
+        all.push_back(lineOfUrl(one.url));
     return all;
 }
 
@@ -71,7 +71,7 @@ int BenchRequest::syncProfileToken(unsigned int uid) {
 int BenchRequest::requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
                              _REQCGI_CONNECTION_DEF connection) {
     sent.push_back({uid, orNull(url), method, connection});
-    return device(requestLineOf(orNull(url)), answer);
+    return device(lineOfUrl(orNull(url)), answer);
 }
 
 int BenchRequest::buildStreamUri(unsigned int, const char* serverAddress, unsigned int serverPort,
@@ -81,7 +81,7 @@ int BenchRequest::buildStreamUri(unsigned int, const char* serverAddress, unsign
         {orNull(serverAddress), serverPort, orNull(videoEncoding), orNull(audioEncoding), width, height});
     if (uri)
         return uri(uriText);
-    *uriText = heapText("rtsp://camera/live");
+    *uriText = mallocedText("rtsp://camera/live");
     return 1;
 }
 

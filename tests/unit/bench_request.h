@@ -20,7 +20,7 @@ inline constexpr unsigned int kUid = 7;
 class AnswerText {
 public:
     AnswerText() = default;
-    explicit AnswerText(const std::string& before) : raw_(heapText(before)) {}
+    explicit AnswerText(const std::string& before) : raw_(mallocedText(before)) {}
     ~AnswerText();
     AnswerText(const AnswerText&) = delete;
     AnswerText& operator=(const AnswerText&) = delete;

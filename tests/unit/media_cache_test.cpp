@@ -36,7 +36,7 @@ protected:
             if (found == answers.end())
                 return -6;
             if (found->second.second != "(none)")
-                *answer = heapText(found->second.second);
+                *answer = mallocedText(found->second.second);
             return found->second.first;
         };
         answers["Login.cgi"] = {1, "0\nOK\nProduct-Name=Camera\n"};

@@ -17,7 +17,7 @@ protected:
         client.set_profile_id(1);
         request.dispatch = [this](const BenchRequest::Line&, char** answer) {
             flagAtDispatch = client.getHaveSyncProfileToken();
-            *answer = heapText("0\nOK\n");
+            *answer = mallocedText("0\nOK\n");
             return 1;
         };
         forgetTraces();
@@ -406,7 +406,7 @@ TEST_F(ProfileSync, ARefusedLineIsOnlyTraced) {
     for (const int refusal : {-1, -2, -8, 0}) {
         client.setHaveSyncProfileToken(0);
         request.dispatch = [refusal](const BenchRequest::Line&, char** answer) {
-            *answer = heapText("-11\nERROR: Unknown parameter.\n");
+            *answer = mallocedText("-11\nERROR: Unknown parameter.\n");
             return refusal;
         };
         forgetTraces();
