@@ -82,7 +82,13 @@ void AnswerReader::begin(std::size_t bodyLimit) noexcept {
     headers_.clear();
     bodyLimit_ = bodyLimit;
     headerBytes_ = 0;
+    headEnded_ = false;
     fault_ = CURLE_OK;
+}
+
+CURLcode AnswerReader::fault() const noexcept {
+    // libcurl takes a connection that ends within the headers for the end of an answer without a body.
+    return fault_ == CURLE_OK && !headEnded_ ? CURLE_PARTIAL_FILE : fault_;
 }
 
 std::size_t AnswerReader::onBody(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
@@ -123,8 +129,10 @@ bool AnswerReader::takeHeader(std::string_view line) {
     // A status line begins another answer: only the last one counts.
     if (startsWithIgnoreCase(line, "HTTP/")) {
         headers_.clear();
+        headEnded_ = false;
         return true;
     }
+    headEnded_ = headEnded_ || trimmed(line).empty();
     if (startsWithIgnoreCase(line, "Set-Cookie:"))
         ++cookies_;
     headers_.add(line);

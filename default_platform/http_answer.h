@@ -55,8 +55,8 @@ public:
     /// Begins a new answer; a body larger than `bodyLimit` ends it.
     void begin(std::size_t bodyLimit) noexcept;
 
-    /// What made a callback end the transfer; CURLE_OK when none did.
-    CURLcode fault() const noexcept { return fault_; }
+    /// What is wrong with the answer, as far as libcurl does not see it; CURLE_OK when nothing is.
+    CURLcode fault() const noexcept;
 
     AnswerBody& body() noexcept { return body_; }
     AnswerHeaders& headers() noexcept { return headers_; }
@@ -78,6 +78,7 @@ private:
     std::size_t bodyLimit_ = 0;
     std::size_t headerBytes_ = 0;
     std::size_t cookies_ = 0;
+    bool headEnded_ = false;
     CURLcode fault_ = CURLE_OK;
 };
 

@@ -226,7 +226,10 @@ CURLcode CurlClient::attempt(const HttpCall& call, Clock::time_point deadline, s
     errorText_.front() = '\0';
     const CURLcode code = connection_.run(easy_.get());
     lastStatus_ = easy_.info(CURLINFO_RESPONSE_CODE);
-    return reader_.fault() != CURLE_OK ? reader_.fault() : code;
+    const bool stopped =
+        code == CURLE_WRITE_ERROR || (code == CURLE_ABORTED_BY_CALLBACK && !connection_.aborted());
+    // Success, or the reader's own veto: then it is the reader who knows what happened.
+    return (code == CURLE_OK || stopped) && reader_.fault() != CURLE_OK ? reader_.fault() : code;
 }
 
 void CurlClient::applyCredentials(const HttpCall& call) {

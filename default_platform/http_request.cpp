@@ -13,6 +13,9 @@ namespace {
 constexpr int kGet = 0;
 constexpr int kPost = 2;
 
+// libcurl makes up a request of at most one MiB, headers included, and calls a longer one "out of memory".
+constexpr std::size_t kLongestTarget = 1'000'000;
+
 bool beginsEscape(std::string_view text) noexcept {
     return text.size() >= 3 && text[0] == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
 }
@@ -65,6 +68,8 @@ HttpRequest::HttpRequest(const HttpCall& call)
     if (!startsWith(parts.target, "/"))
         url_ += '/';
     url_ += escapedTarget(parts.target);
+    if (url_.size() - origin_.size() > kLongestTarget)
+        throw Url::parse_error("request: line too long");
     addHeaders(call);
 }
 
