@@ -174,9 +174,10 @@ Examples:
   koine stream --mode MOBILE --json http://admin@10.0.0.5
   ffplay "$(koine stream --uri-only --with-credentials http://admin@10.0.0.5)"
 
-AUTO takes the first profile for live view, MOBILE the one for mobile viewing;
-ONLY_META and ONLY_STATUS are streams without pictures. Without --mode and
---token it is AUTO.
+Without --mode and --token the first profile is taken. AUTO takes the first one
+for live view, MOBILE the one for mobile viewing; both fit the picture size as
+well, so give --size with them, or the smallest is taken. ONLY_META and
+ONLY_STATUS are streams without pictures.
 
 The encoder settings of the chosen profile are changed on the device to what the
 stream asks for; the picture size becomes the nearest that the profile offers.)help");

@@ -3,17 +3,74 @@
 #include "tools/connection.h"
 
 #include "default_platform/host_settings.h"
+#include "text/scan.h"
 
 #include <boost/make_shared.hpp>
 
 #include <cmath>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace koine::tool {
 namespace {
 
+/// Why the last request failed, in the words of the HTTP client.
+std::string g_reason;
+
+/// Its traces look like "??#245 IHttpClient::Request: uid=1, err-3, REASON. ".
+void keepReason(std::string_view line) {
+    int code = 0;
+    unsigned int uid = 0;
+    const std::size_t begin = line.find("IHttpClient::Request: ");
+    if (begin == std::string_view::npos)
+        return;
+    Cursor cursor(line.substr(begin));
+    if (!cursor.literal("IHttpClient::Request: uid=") || !cursor.whole(uid) || !cursor.literal(", err") ||
+        !cursor.integer(code) || !cursor.literal(", "))
+        return;
+    const std::string_view reason = cursor.rest();
+    g_reason = reason.substr(0, reason.find_last_not_of(". ") + 1);
+}
+
+void takeTrace(const char* line, void* /*context*/) { keepReason(line); }
+
+void showTrace(const char* line, void* /*context*/) {
+    keepReason(line);
+    std::fprintf(stderr, "%s\n", line);
+}
+
+/// The library writes some conditions to standard error itself. They are for those who ask for traces.
+class QuietStandardError {
+public:
+    explicit QuietStandardError(bool quiet) {
+        if (!quiet)
+            return;
+        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        if (nowhere < 0)
+            return;
+        std::fflush(stderr);
+        before_ = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+        if (before_ >= 0)
+            dup2(nowhere, STDERR_FILENO);
+        close(nowhere);
+    }
+    ~QuietStandardError() {
+        if (before_ < 0)
+            return;
+        dup2(before_, STDERR_FILENO);
+        close(before_);
+    }
+    QuietStandardError(const QuietStandardError&) = delete;
+    QuietStandardError& operator=(const QuietStandardError&) = delete;
+
+private:
+    int before_ = -1;
+};
+
 void applyHostSettings(const ConnectionOptions& options) {
-    if (options.trace)
-        traceToStandardError();
+    traceToCallback(options.trace ? showTrace : takeTrace, nullptr);
     if (options.timeoutSeconds > 0) {
         const auto milliseconds = static_cast<unsigned int>(std::ceil(options.timeoutSeconds * 1000));
         setRequestTimeLimit(milliseconds);
@@ -27,7 +84,7 @@ void applyHostSettings(const ConnectionOptions& options) {
 } // namespace
 
 Connection::Connection(const ConnectionOptions& options, const Arguments& arguments, DeviceOptions device)
-    : uid_(options.uid) {
+    : uid_(options.uid), trace_(options.trace) {
     applyHostSettings(options);
     DeviceUrl url = parseDeviceUrl(arguments.withPassword(options.url));
     where_ = url.shown();
@@ -42,6 +99,12 @@ Connection::Connection(const ConnectionOptions& options, const Arguments& argume
     setUpDevice(*device_, url, device);
 }
 
+Answer Connection::ask(std::string_view line) {
+    g_reason.clear();
+    const QuietStandardError quiet(!trace_);
+    return request(*device_, uid_, line);
+}
+
 Answer Connection::demand(std::string_view line, std::string_view what) {
     Answer answer = ask(line);
     if (!answer.ok() || answer.status() != 0)
@@ -49,9 +112,22 @@ Answer Connection::demand(std::string_view line, std::string_view what) {
     return answer;
 }
 
+void Connection::useDeviceScale() {
+    demand("Capability.cgi?action=get", "reading the capabilities");
+    const boost::shared_ptr<StreamIDClient> user = device_->get_streamid_client(uid_);
+    user->setSettingQualitySrcMax(device_->getSettingQualitySrcMax());
+    user->setSettingQualitySrcMin(device_->getSettingQualitySrcMin());
+    user->setQualityStep(device_->getQualityStep());
+    user->setSettingFramerateSrcMax(device_->getSettingFramerateSrcMax());
+    user->setSettingFramerateSrcMin(device_->getSettingFramerateSrcMin());
+}
+
 Failure Connection::failure(int result, int status, std::string_view what) const {
     const Meaning meaning = meaningOf(result, status);
-    return Failure(meaning.code, where_ + ": " + std::string(what) + ": " + meaning.text);
+    std::string text = where_ + ": " + std::string(what) + ": " + meaning.text;
+    if (!g_reason.empty())
+        text += " (" + g_reason + ")";
+    return Failure(meaning.code, text);
 }
 
 } // namespace koine::tool

@@ -37,17 +37,22 @@ public:
     const std::string& where() const { return where_; }
 
     /// Sends one line, whatever comes of it.
-    Answer ask(std::string_view line) { return request(*device_, uid_, line); }
+    Answer ask(std::string_view line);
 
     /// Sends one line and ends the command when it fails.
     /// @param what the request in a person's words
     Answer demand(std::string_view line, std::string_view what);
+
+    /// Gives the stream user the device's quality scale and frame rates, as starting a stream does. Without
+    /// it the qualities of media profiles would be shown on the wrong scale.
+    void useDeviceScale();
 
     /// The failure that a result stands for, in one line.
     Failure failure(int result, int status, std::string_view what) const;
 
 private:
     unsigned int uid_;
+    bool trace_;
     std::string where_;
     boost::shared_ptr<DialectRequest> device_;
 };

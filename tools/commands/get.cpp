@@ -12,6 +12,7 @@ ExitCode GetCommand::run(const Arguments& arguments) const {
     for (const std::string& category : categories)
         lines.push_back(readingLine(category)); // all are looked at before anything is sent
     Connection connection(target, arguments);
+    connection.useDeviceScale();
     const Style style(stdout);
     Json all = Json::object();
     for (std::size_t i = 0; i < lines.size(); ++i) {

@@ -2,6 +2,7 @@
 
 #include "cache/key_map.h"
 #include "cache/keys.h"
+#include "text/numbers.h"
 #include "tools/commands/commands.h"
 #include "tools/learned.h"
 
@@ -71,8 +72,10 @@ void printFact(const Style& style, std::string_view name, std::string_view value
             shown.append("\n").append(kNameWidth, ' ');
             column = kNameWidth;
         }
-        shown.append(harmless(piece));
-        column += piece.size();
+        // A list may be written with blanks after its commas; a new line does not begin with one.
+        const std::string_view text = column == kNameWidth ? skipBlanks(piece) : piece;
+        shown.append(harmless(text));
+        column += text.size();
         value.remove_prefix(piece.size());
     }
     printLine(shown);

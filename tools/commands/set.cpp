@@ -84,6 +84,7 @@ ExitCode SetCommand::run(const Arguments& arguments) const {
     for (const std::string& text : settings)
         wanted.push_back(parse(text));
     Connection connection(target, arguments);
+    connection.useDeviceScale();
     const CgiMap before = cached(connection, wanted);
     const Answer answer = connection.demand(setLine(wanted), "changing the settings (nothing was changed)");
     const CgiMap after = cached(connection, wanted);

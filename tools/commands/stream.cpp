@@ -89,7 +89,8 @@ ExitCode StreamCommand::run(const Arguments& arguments) const {
     options.rtspPort = rtspPort;
     options.credentialsInUri = credentialsInUri;
     Connection connection(target, arguments, options);
-    connection.demand(setupLine(*this), "setting the stream up");
+    connection.demand(setupLine(*this),
+                      "setting the stream up" + (mode.empty() ? std::string() : " in mode " + mode));
     const CgiMap stream = connection.demand("Stream.cgi?action=get", "reading the stream").values();
     const CgiMap answer = connection.demand(uriLine(stream), "asking for the stream URI").values();
     const std::string uri(valueOr(answer, kUriKey));
