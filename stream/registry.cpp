@@ -5,6 +5,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <utility>
+
 StreamIDCenter::StreamIDCenter() = default;
 StreamIDCenter::~StreamIDCenter() = default;
 

@@ -67,7 +67,7 @@ inline void streamNotBuilt(int line, int uid, int channel, int error) {
     dbg_trace("???#%d buildCgiStreamGet: uid=%d:%d, err%d. \n", line, uid, channel, error);
 }
 
-/// No place for the answer, or the device class built no URI.
+/// No place for the answer, or the device class built no URI on a device without profiles.
 inline void uriNotBuilt(int line, int uid, int channel, const char* url, int error) {
     dbg_trace("??#%d buildCgiOnvifGetStreamUri: uid=%d:%d, pchUrl=%s, err%d. \n", line, uid, channel, url,
               error);
@@ -85,7 +85,7 @@ inline void uriWithoutProfile(int line, int uid, int channel, const char* url) {
     dbg_trace("??#%d buildCgiOnvifGetStreamUri: uid=%d:%d, pchUrl=%s, error. \n", line, uid, channel, url);
 }
 
-/// Out of memory on a device with profiles, or the answer is too long.
+/// On a device with profiles: out of memory, the answer is too long, or the device class built no URI.
 inline void uriAnswerFailed(int line, int uid, int channel, const char* url, int error) {
     dbg_trace("???#%d buildCgiOnvifGetStreamUri: uid=%d:%d, pchUrl=%s, err%d. \n", line, uid, channel, url,
               error);

@@ -91,8 +91,10 @@ private:
             return kNoResource;
         }
         const bool isMobile = client_.profile_mode() == kModeMobile;
-        if (const int result = build(isMobile ? kMpeg4 : kH264.data(), audio, 0, 0, text); result != kOk)
-            return result;
+        if (!build(isMobile ? kMpeg4 : kH264.data(), audio, 0, 0, text)) {
+            stream_trace::uriNotBuilt(__LINE__, user(), channel(), url_, kRefused);
+            return kRefused;
+        }
         OwnedText copy = copyText(text);
         if (!copy) {
             stream_trace::uriOutOfMemory(__LINE__, user(), channel(), kNoResource);
@@ -119,8 +121,10 @@ private:
         std::string text;
         OwnedText copy;
         if (reserveText(text, kAnswerBytes)) {
-            if (const int result = build(encoding.c_str(), audio, width, height, text); result != kOk)
-                return result;
+            if (!build(encoding.c_str(), audio, width, height, text)) {
+                stream_trace::uriAnswerFailed(__LINE__, user(), channel(), url_, kRefused);
+                return kRefused;
+            }
             if (text.size() < kAnswerBytes)
                 copy = copyText(text);
         }
@@ -132,16 +136,15 @@ private:
         return kOk;
     }
 
-    int build(const char* video, const char* audio, int width, int height, std::string& text) {
+    /// @return did the device class give a URI?
+    bool build(const char* video, const char* audio, int width, int height, std::string& text) {
         OwnedText uri;
         const int result = request_.buildStreamUri(uid_, request_.server_address(), request_.server_port(),
                                                    video, audio, width, height, OutText(uri));
-        if (result != kOk || !uri) {
-            stream_trace::uriNotBuilt(__LINE__, user(), channel(), url_, kRefused);
-            return kRefused;
-        }
+        if (result != kOk || !uri)
+            return false;
         appendUri(text, uri.get());
-        return kOk;
+        return true;
     }
 
     BaseRequest& request_;
