@@ -47,12 +47,15 @@ void checkCall(const HttpCall& call) {
 
 std::string escapedTarget(std::string_view target) {
     std::string text;
-    text.reserve(target.size());
-    for (std::size_t i = 0; i < target.size(); ++i)
+    text.reserve(std::min(target.size(), kLongestTarget));
+    for (std::size_t i = 0; i < target.size(); ++i) {
+        if (text.size() >= kLongestTarget)
+            throw Url::parse_error("request: line too long");
         if (mayStand(target.substr(i)))
             text += target[i];
         else
             appendEscaped(text, target[i]);
+    }
     return text;
 }
 
@@ -68,8 +71,6 @@ HttpRequest::HttpRequest(const HttpCall& call)
     if (!startsWith(parts.target, "/"))
         url_ += '/';
     url_ += escapedTarget(parts.target);
-    if (url_.size() - origin_.size() > kLongestTarget)
-        throw Url::parse_error("request: line too long");
     addHeaders(call);
 }
 

@@ -51,6 +51,7 @@ private:
 
 /// A path and query with every byte escaped that must not stand in a request: blanks, control and non-ASCII
 /// characters, "#" (nothing would send what follows it) and a "%" that begins no escape.
+/// @throws Url::parse_error when it is longer than libcurl can send
 std::string escapedTarget(std::string_view target);
 
 } // namespace koine::platform
