@@ -79,7 +79,7 @@ void Camera::isPell(int flag) {
 }
 
 int Camera::stepResult(const std::string& step, int result) {
-    steps.push_back(step);
+    conversions.push_back(step);
     const auto scripted = conversionResults.find(step);
     return scripted == conversionResults.end() ? result : scripted->second;
 }

@@ -63,7 +63,7 @@ public:
 
     // ---- Seen by the test
     std::vector<Sent> sent;
-    std::vector<std::string> steps; ///< conversions in the order in which they were called
+    std::vector<std::string> conversions; ///< conversions in the order in which they were called
     CgiMap* videoMap = nullptr;
     CgiMap* cameraMap = nullptr;
     CgiMap* miscMap = nullptr;

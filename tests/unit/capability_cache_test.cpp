@@ -23,7 +23,7 @@ TEST_F(CapabilityCache, LearnsTheLoginFirstAndAsksEachOnce) {
     EXPECT_EQ(fill(), 1);
     pairs();
     EXPECT_EQ(camera.asked(), (Lines{"Login.cgi", "Capability.cgi?action=get"}));
-    EXPECT_EQ(camera.steps, Lines{"capability"});
+    EXPECT_EQ(camera.conversions, Lines{"capability"});
     EXPECT_TRUE(tracesAre({}));
 }
 
@@ -91,7 +91,7 @@ TEST_F(CapabilityCache, AProductWithoutTheRequestIsAskedAsAMachine) {
     camera.has(kMachineLine, "Product.Type=IPCAM\nProduct.ID=M1\nAudio.Format=ULAW\nOther=1\n");
     CgiMap found = pairs();
     EXPECT_EQ(camera.asked(), (Lines{"Login.cgi", kMachineLine}));
-    EXPECT_EQ(camera.steps, Lines{"machine"});
+    EXPECT_EQ(camera.conversions, Lines{"machine"});
     EXPECT_EQ(found["Device"], "IPCAM");
     EXPECT_EQ(found["ID"], "M1");
     EXPECT_EQ(found["NetworkID"], "M1");
