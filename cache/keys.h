@@ -36,4 +36,7 @@ inline constexpr std::string_view kAuthError = "-35\nERROR: Authentication error
 /// The maker's own line: the vendor text begins like this, in any case.
 inline constexpr std::string_view kMakerVendor = "TOVLIN";
 
+/// A source that has streams and nothing else: it is never asked for anything.
+inline constexpr std::string_view kStreamOnlyVendor = "ONLY_STREAM";
+
 } // namespace koine

@@ -27,7 +27,6 @@ constexpr std::string_view kCapabilityGet = "Capability.cgi?action=get";
 constexpr std::string_view kLogin = "Login.cgi";
 constexpr std::string_view kGetStreamUri = "Onvif.cgi?action=GetStreamUri";
 
-constexpr std::string_view kStreamOnlyVendor = "ONLY_STREAM";
 constexpr std::string_view kStreamOnlyCapability =
     "0\nOK\nCapability.Audio.Format=ULAW\nCapability.Audio.Input.Channel=1\n"
     "Capability.Audio.Output.Channel=1\nCapability.Function=AudioVolume\n"
