@@ -6,10 +6,10 @@
 #include "media/profile_keys.h"
 #include "media/profile_words.h"
 #include "media/size_fit.h"
-#include "media/work_text.h"
 #include "stream/required_client.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
+#include "text/work_text.h"
 
 #include <array>
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "text/owned_text.h"
+#include "text/work_text.h"
 
-#include <new>
 #include <string>
 
 namespace koine {
@@ -15,14 +15,7 @@ namespace koine {
 class LineCopy {
 public:
     LineCopy(const char* line, std::size_t workBytes) noexcept : text_(copyText(viewOf(line))) {
-        if (!text_)
-            return;
-        try {
-            work.reserve(workBytes);
-            hasWork_ = true;
-        } catch (const std::bad_alloc&) {
-            // told by hasWork()
-        }
+        hasWork_ = text_ != nullptr && reserveText(work, workBytes);
     }
 
     bool hasText() const noexcept { return text_ != nullptr; }

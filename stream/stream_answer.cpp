@@ -5,12 +5,12 @@
 #include "koine/BaseRequest.h"
 #include "media/profile_count.h"
 #include "media/profile_keys.h"
-#include "media/work_text.h"
 #include "stream/required_client.h"
 #include "stream/stream_traces.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
 #include "text/words.h"
+#include "text/work_text.h"
 
 #include <array>
 

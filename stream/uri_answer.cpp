@@ -6,13 +6,13 @@
 #include "media/profile_count.h"
 #include "media/profile_keys.h"
 #include "media/profile_words.h"
-#include "media/work_text.h"
 #include "stream/required_client.h"
 #include "stream/stream_traces.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
 #include "text/scan.h"
 #include "text/tokens.h"
+#include "text/work_text.h"
 
 using namespace koine;
 
