@@ -2,6 +2,8 @@
 
 #include "text/tokens.h"
 
+#include <algorithm>
+
 namespace koine::test {
 namespace {
 
@@ -64,6 +66,15 @@ Lines linesOf(std::string_view text) {
     for (const std::string_view line : Tokens(text, "\n"))
         lines.emplace_back(line);
     return lines;
+}
+
+std::string changedLines(std::string_view before, std::string_view now) {
+    const Lines known = linesOf(before);
+    std::string text;
+    for (const std::string& line : linesOf(now))
+        if (std::find(known.begin(), known.end(), line) == known.end())
+            text.append(line).append("\n");
+    return text;
 }
 
 } // namespace koine::test

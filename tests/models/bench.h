@@ -16,6 +16,7 @@ namespace koine::test {
 
 using Lines = std::vector<std::string>;
 
+inline constexpr const char* kDone = "0\nOK\n";
 inline constexpr const char* kUnknownParameter = "-11\nERROR: Unknown parameter.\n";
 inline constexpr const char* kAuthenticationError = "-35\nERROR: Authentication error.\n";
 inline constexpr const char* kConfigSet = "Config.cgi?action=set";
@@ -48,8 +49,11 @@ std::string modelOf(const testing::TestParamInfo<std::string>& info);
 /// "Config.cgi?action=get&category=Video.*"
 std::string getLine(std::string_view category);
 
-/// A text with its line ends, as a list for messages that can be read.
+/// The lines of a text, empty ones left out.
 Lines linesOf(std::string_view text);
+
+/// The lines of the second text that the first does not have, "key=value" by "key=value".
+std::string changedLines(std::string_view before, std::string_view now);
 
 /// Tests that run once for every model that the simulator offers.
 class OnEveryModel : public testing::TestWithParam<std::string> {
