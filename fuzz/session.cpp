@@ -1,6 +1,6 @@
 // A whole session: the bytes choose what the host does, what the device answers and when memory runs out.
 #include "fuzz/fuzz_device.h"
-#include "fuzz/memory_shortage.h"
+#include "tests/support/failing_allocations.h"
 
 #include <new>
 
@@ -60,7 +60,7 @@ private:
         std::string line = input_.text();
         char* answer = nullptr;
         {
-            const MemoryShortage shortage(shortage_);
+            const test::FailAllocations shortage(shortage_);
             shortage_ = 0;
             device_->requestHttpStr(user, line.data(), nullptr, nullptr, &answer);
         }

@@ -3,6 +3,7 @@
 // because the C++ library calls it from inside as well.
 #include "failing_allocations.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -21,6 +22,15 @@ struct State {
 };
 
 thread_local State t_state;
+
+std::atomic<std::ptrdiff_t> g_live{0};
+
+template <typename Text>
+Text* counted(Text* memory) noexcept {
+    if (memory != nullptr)
+        g_live.fetch_add(1, std::memory_order_relaxed);
+    return memory;
+}
 
 bool fails(bool isText) noexcept {
     State& state = t_state;
@@ -57,6 +67,8 @@ bool FailAllocations::stop() noexcept {
     return failed_;
 }
 
+std::ptrdiff_t liveAllocations() noexcept { return g_live.load(std::memory_order_relaxed); }
+
 SpareAllocations::SpareAllocations() noexcept { ++t_state.spared; }
 SpareAllocations::~SpareAllocations() { --t_state.spared; }
 
@@ -70,19 +82,29 @@ void* __real_malloc(std::size_t size);
 void* __real_calloc(std::size_t count, std::size_t size);
 void* __real_realloc(void* memory, std::size_t size);
 char* __real_strdup(const char* text);
+void __real_free(void* memory);
 void* __wrap_malloc(std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size);
 void* __wrap_realloc(void* memory, std::size_t size);
 char* __wrap_strdup(const char* text);
+void __wrap_free(void* memory);
 
-void* __wrap_malloc(std::size_t size) { return fails(true) ? nullptr : __real_malloc(size); }
+void* __wrap_malloc(std::size_t size) { return fails(true) ? nullptr : counted(__real_malloc(size)); }
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-    return fails(true) ? nullptr : __real_calloc(count, size);
+    return fails(true) ? nullptr : counted(__real_calloc(count, size));
 }
 void* __wrap_realloc(void* memory, std::size_t size) {
-    return fails(true) ? nullptr : __real_realloc(memory, size);
+    if (fails(true))
+        return nullptr;
+    void* const larger = __real_realloc(memory, size);
+    return memory == nullptr ? counted(larger) : larger;
 }
-char* __wrap_strdup(const char* text) { return fails(true) ? nullptr : __real_strdup(text); }
+char* __wrap_strdup(const char* text) { return fails(true) ? nullptr : counted(__real_strdup(text)); }
+void __wrap_free(void* memory) {
+    if (memory != nullptr)
+        g_live.fetch_sub(1, std::memory_order_relaxed);
+    __real_free(memory);
+}
 // NOLINTEND(bugprone-reserved-identifier)
 
 } // extern "C"
@@ -90,7 +112,7 @@ char* __wrap_strdup(const char* text) { return fails(true) ? nullptr : __real_st
 namespace {
 
 void* allocate(std::size_t size) noexcept {
-    return fails(false) ? nullptr : __real_malloc(size == 0 ? 1 : size);
+    return fails(false) ? nullptr : counted(__real_malloc(size == 0 ? 1 : size));
 }
 
 } // namespace
@@ -103,9 +125,9 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) { return operator new(size); }
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept { return allocate(size); }
 void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept { return allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept { std::free(memory); }
-void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept { __wrap_free(memory); }
+void operator delete[](void* memory) noexcept { __wrap_free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { __wrap_free(memory); }
+void operator delete[](void* memory, std::size_t /*size*/) noexcept { __wrap_free(memory); }
+void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept { __wrap_free(memory); }
+void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept { __wrap_free(memory); }

@@ -2,6 +2,8 @@
 /// Memory that runs out when told to.
 #pragma once
 
+#include <cstddef>
+
 namespace koine::test {
 
 /// Makes an allocation of this thread fail: the `n`-th from now on, counted from 1, with `malloc`, `calloc`,
@@ -33,6 +35,9 @@ private:
     bool failed_ = false;
     bool running_ = true;
 };
+
+/// How many allocations of the program were not given back yet, those of the test support included.
+std::ptrdiff_t liveAllocations() noexcept;
 
 /// Allocations in its scope neither count nor fail.
 class SpareAllocations {

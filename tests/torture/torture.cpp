@@ -1,6 +1,6 @@
 // Fails each allocation of each scenario in turn, once and from then on, and looks at what is left behind.
-#include "failing_memory.h"
 #include "scenarios.h"
+#include "tests/support/failing_allocations.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,9 @@
 
 namespace koine::torture {
 namespace {
+
+using test::FailAllocations;
+using test::liveAllocations;
 
 /// Everything an operation may say when memory runs out. A shortage may also look like a device that gave
 /// no text (-2) or an answer that could not be built (0).
@@ -27,16 +30,16 @@ public:
     explicit Torture(const Scenario& scenario) : scenario_(scenario) {}
 
     /// Every `stride`-th allocation, until the scenario has none left to fail.
-    Tally run(Shortage shortage, std::size_t stride) {
+    Tally run(FailAllocations::Then then, unsigned int stride) {
         Tally tally;
-        for (std::size_t k = 1; oneRun(k, shortage, tally); k += stride) {
+        for (unsigned int k = 1; oneRun(k, then, tally); k += stride) {
         }
         return tally;
     }
 
 private:
     /// @return did the k-th allocation exist?
-    bool oneRun(std::size_t k, Shortage shortage, Tally& tally) {
+    bool oneRun(unsigned int k, FailAllocations::Then then, Tally& tally) {
         const std::ptrdiff_t before = liveAllocations();
         bool hasFailed = false;
         {
@@ -45,7 +48,7 @@ private:
             const auto device = boost::make_shared<fuzz::Device>();
             fuzz::answerAsCamera(*device);
             scenario_.prepare(*device);
-            hasFailed = underShortage(*device, results, k, shortage, tally);
+            hasFailed = underShortage(*device, results, k, then, tally);
             checkResults(results, k, tally);
             checkLockIsFree(device, k);
             checkAnswersAgain(*device, k, tally);
@@ -55,33 +58,33 @@ private:
         return hasFailed;
     }
 
-    bool underShortage(fuzz::Device& device, std::vector<int>& results, std::size_t k, Shortage shortage,
-                       Tally& tally) {
-        const FailingMemory memory(k, shortage);
+    bool underShortage(fuzz::Device& device, std::vector<int>& results, unsigned int k,
+                       FailAllocations::Then then, Tally& tally) {
+        FailAllocations memory(k, then);
         try {
             scenario_.run(device, results);
         } catch (const std::bad_alloc&) {
             check(scenario_.mayThrow, "std::bad_alloc reached the host", k, tally);
         }
-        return memory.hasFailed();
+        return memory.stop();
     }
 
-    void checkResults(const std::vector<int>& results, std::size_t k, Tally& tally) {
+    void checkResults(const std::vector<int>& results, unsigned int k, Tally& tally) {
         for (const int result : results)
             check(std::find(kStatedResults.begin(), kStatedResults.end(), result) != kStatedResults.end(),
                   "a result that is not stated", k, tally);
     }
 
-    void checkLockIsFree(const boost::shared_ptr<fuzz::Device>& device, std::size_t k) {
+    void checkLockIsFree(const boost::shared_ptr<fuzz::Device>& device, unsigned int k) {
         auto other =
             std::async(std::launch::async, [device] { return device->testOK(nullptr, 0, nullptr, nullptr); });
         if (other.wait_for(std::chrono::seconds(10)) == std::future_status::ready)
             return;
-        std::fprintf(stderr, "%s: allocation %zu: the lock is still held\n", scenario_.name, k);
+        std::fprintf(stderr, "%s: allocation %u: the lock is still held\n", scenario_.name, k);
         std::abort(); // waiting for the thread would hang
     }
 
-    void checkAnswersAgain(fuzz::Device& device, std::size_t k, Tally& tally) {
+    void checkAnswersAgain(fuzz::Device& device, unsigned int k, Tally& tally) {
         char* answer = nullptr;
         const int result =
             device.requestHttpStr(9, const_cast<char*>("http://camera/Login.cgi"), nullptr, nullptr, &answer);
@@ -90,22 +93,22 @@ private:
         check(result == kOk && isWhole, "the object does not answer the next call", k, tally);
     }
 
-    void check(bool good, const char* what, std::size_t k, Tally& tally) {
+    void check(bool good, const char* what, unsigned int k, Tally& tally) {
         if (good)
             return;
         ++tally.defects;
-        std::fprintf(stderr, "%s: allocation %zu: %s\n", scenario_.name, k, what);
+        std::fprintf(stderr, "%s: allocation %u: %s\n", scenario_.name, k, what);
     }
 
     const Scenario& scenario_;
 };
 
-int tortureAll(std::size_t stride) {
+int tortureAll(unsigned int stride) {
     Tally total;
     std::printf("%-30s %10s %14s %9s\n", "scenario", "once", "from then on", "defects");
     for (const Scenario& scenario : scenarios()) {
-        const Tally once = Torture(scenario).run(Shortage::once, stride);
-        const Tally onwards = Torture(scenario).run(Shortage::fromThen, stride);
+        const Tally once = Torture(scenario).run(FailAllocations::Then::recover, stride);
+        const Tally onwards = Torture(scenario).run(FailAllocations::Then::stayOut, stride);
         std::printf("%-30s %10zu %14zu %9zu\n", scenario.name, once.runs, onwards.runs,
                     once.defects + onwards.defects);
         total.runs += once.runs + onwards.runs;
@@ -125,5 +128,5 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "torture: the stride must be 1 or more\n");
         return 2;
     }
-    return koine::torture::tortureAll(static_cast<std::size_t>(stride));
+    return koine::torture::tortureAll(static_cast<unsigned int>(stride));
 }
