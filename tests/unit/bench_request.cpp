@@ -1,5 +1,7 @@
 #include "bench_request.h"
 
+#include "tests/support/failing_allocations.h"
+
 #include <cstdlib>
 
 namespace koine::test {
@@ -70,6 +72,7 @@ int BenchRequest::syncProfileToken(unsigned int uid) {
 
 int BenchRequest::requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
                              _REQCGI_CONNECTION_DEF connection) {
+    const SpareAllocations notes; // memory runs out for the library, not for the bench
     sent.push_back({uid, orNull(url), method, connection});
     return device(lineOfUrl(orNull(url)), answer);
 }
@@ -77,6 +80,7 @@ int BenchRequest::requestCgi(unsigned int uid, char* url, char** answer, _REQCGI
 int BenchRequest::buildStreamUri(unsigned int, const char* serverAddress, unsigned int serverPort,
                                  const char* videoEncoding, const char* audioEncoding, int width, int height,
                                  char** uriText) {
+    const SpareAllocations notes;
     uriOrders.push_back(
         {orNull(serverAddress), serverPort, orNull(videoEncoding), orNull(audioEncoding), width, height});
     if (uri)
@@ -86,7 +90,10 @@ int BenchRequest::buildStreamUri(unsigned int, const char* serverAddress, unsign
 }
 
 int BenchRequest::requestHttpStr(unsigned int uid, char* url, char* username, char* password, char** answer) {
-    lines.push_back({uid, orNull(url), orNull(username), orNull(password), answer != nullptr});
+    {
+        const SpareAllocations notes;
+        lines.push_back({uid, orNull(url), orNull(username), orNull(password), answer != nullptr});
+    }
     return dispatch ? dispatch(lines.back(), answer)
                     : BaseRequest::requestHttpStr(uid, url, username, password, answer);
 }

@@ -402,6 +402,25 @@ TEST_F(ProfileSync, RefusesSettingsThatArePilesLonger) {
     EXPECT_TRUE(tracesAre({"???#2243 BaseRequest.syncProfileToken_1: err-8. \n"}));
 }
 
+TEST_F(ProfileSync, WithoutAUrlNothingIsSent) {
+    platform().hooks.getTovlinCgiUrl = [](const char*, unsigned int, char*) -> char* { return nullptr; };
+    EXPECT_EQ(sync(), 1);
+    EXPECT_EQ(sent(), "nothing sent");
+    EXPECT_TRUE(tracesAre({"??#2260 BaseRequest.syncProfileToken_1: err1. \n"}));
+}
+
+TEST_F(ProfileSync, BuildsTheLineFromTheReplaceableNameOfTheDevice) {
+    std::string asked;
+    platform().hooks.getTovlinCgiUrl = [&](const char* address, unsigned int port, char* line) {
+        asked = std::string(address) + "|" + std::to_string(port) + "|" + line;
+        return mallocedText("URL");
+    };
+    EXPECT_EQ(sync(), 1);
+    EXPECT_EQ(asked, "camera|80|Config.cgi?action=set");
+    ASSERT_EQ(request.lines.size(), 1U);
+    EXPECT_EQ(request.lines[0].url, "URL" + piece("Encoding=H264"));
+}
+
 TEST_F(ProfileSync, ARefusedLineIsOnlyTraced) {
     for (const int refusal : {-1, -2, -8, 0}) {
         client.setHaveSyncProfileToken(0);
