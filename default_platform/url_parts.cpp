@@ -3,6 +3,7 @@
 #include "default_platform/curl_handle.h"
 #include "platform/url.h"
 #include "text/numbers.h"
+#include "text/owned_text.h"
 #include "text/words.h"
 
 #include <algorithm>
@@ -31,24 +32,25 @@ const Scheme* schemeOf(std::string_view url) noexcept {
     return nullptr;
 }
 
-/// Where things stand in a URL, for the error texts and for what the parser below is given.
+/// Where things stand in a URL.
 struct Layout {
-    std::size_t authority; ///< behind "://"
-    std::size_t host;      ///< behind the user information
-    std::size_t port;      ///< behind the host's ":", or the end of the authority
-    std::size_t end;       ///< of the authority
+    std::size_t host;    ///< behind the user information
+    std::size_t hostEnd; ///< the ":" before a port, or the end of the authority
+    std::size_t port;    ///< behind that ":"
+    std::size_t end;     ///< of the authority
 };
 
 Layout layOut(std::string_view url, const Scheme& scheme) noexcept {
     Layout at{};
-    at.authority = scheme.beginning.size();
-    at.end = std::min(url.find_first_of("/?#", at.authority), url.size());
+    const std::size_t begin = scheme.beginning.size();
+    at.end = std::min(url.find_first_of("/?#", begin), url.size());
     const std::string_view authority = url.substr(0, at.end);
-    const std::size_t userEnd = authority.find_last_of('@');
-    at.host = userEnd == std::string_view::npos || userEnd < at.authority ? at.authority : userEnd + 1;
+    // What stands before the last "@" is user information, whatever its form: it is not used.
+    const std::size_t userEnd = authority.substr(begin).find_last_of('@');
+    at.host = userEnd == std::string_view::npos ? begin : begin + userEnd + 1;
     const std::size_t bracket = authority.find(']', at.host);
-    const std::size_t colon = authority.find(':', bracket == std::string_view::npos ? at.host : bracket);
-    at.port = colon == std::string_view::npos ? at.end : colon + 1;
+    at.hostEnd = std::min(authority.find(':', bracket == std::string_view::npos ? at.host : bracket), at.end);
+    at.port = std::min(at.hostEnd + 1, at.end);
     return at;
 }
 
@@ -60,27 +62,7 @@ Layout layOut(std::string_view url, const Scheme& scheme) noexcept {
     throw Url::parse_error(text);
 }
 
-[[noreturn]] void fail(CURLUcode code, const Layout& at) {
-    switch (code) {
-    case CURLUE_OUT_OF_MEMORY:
-        throw std::bad_alloc();
-    case CURLUE_BAD_PORT_NUMBER:
-        fail("bad port", at.port);
-    case CURLUE_BAD_USER:
-    case CURLUE_BAD_PASSWORD:
-    case CURLUE_BAD_LOGIN:
-    case CURLUE_USER_NOT_ALLOWED:
-        fail("bad user information", at.authority);
-    case CURLUE_BAD_IPV6:
-        fail("bad IPv6 address", at.host);
-    case CURLUE_NO_HOST:
-        fail("no host", at.host);
-    default:
-        fail("bad host", at.host);
-    }
-}
-
-/// Digits only and within 1 to 65535; nothing between ":" and the end means the scheme's own port.
+/// Digits only and within 1 to 65535; nothing at all means the scheme's own port.
 unsigned int portOf(std::string_view url, const Layout& at, unsigned int standard) {
     const std::string_view digits = url.substr(at.port, at.end - at.port);
     if (digits.empty())
@@ -93,27 +75,42 @@ unsigned int portOf(std::string_view url, const Layout& at, unsigned int standar
     return static_cast<unsigned int>(port);
 }
 
-CurlText partOf(const CurlUrl& url, CURLUPart part, const Layout& at) {
+/// A part of a parsed URL; null when it has none.
+CurlText partOf(const CurlUrl& url, CURLUPart part) {
     char* text = nullptr;
     const CURLUcode code = curl_url_get(url.get(), part, &text, 0);
-    if (code == CURLUE_NO_ZONEID)
-        return nullptr;
-    if (code != CURLUE_OK)
-        fail(code, at);
+    if (code == CURLUE_OUT_OF_MEMORY)
+        throw std::bad_alloc();
     return CurlText(text);
 }
 
-std::string hostOf(const CurlUrl& url, const Layout& at) {
-    const CurlText text = partOf(url, CURLUPART_HOST, at);
-    std::string_view host = text.get();
-    if (host.empty())
+/// Parses "http://" and the host: all that stands around the host is our own business. Any byte may follow
+/// it, and a password before it may be written as it likes.
+CurlUrl parsed(std::string_view host, std::size_t offset) {
+    const std::string text = std::string(kSchemes.front().beginning).append(host);
+    CurlUrl parser(curl_url());
+    const CURLUcode code =
+        parser ? curl_url_set(parser.get(), CURLUPART_URL, text.c_str(), 0) : CURLUE_OUT_OF_MEMORY;
+    if (code == CURLUE_OUT_OF_MEMORY)
+        throw std::bad_alloc();
+    if (code != CURLUE_OK)
+        fail(host.front() == '[' ? "bad IPv6 address" : "bad host", offset);
+    return parser;
+}
+
+std::string hostOf(std::string_view url, const Layout& at) {
+    const std::string_view written = url.substr(at.host, at.hostEnd - at.host);
+    if (written.empty())
         fail("no host", at.host);
-    if (host.size() > kLongestHost)
+    if (written.size() > kLongestHost)
         fail("host name too long", at.host);
-    if (host.front() != '[')
+    const CurlUrl parser = parsed(written, at.host);
+    const CurlText text = partOf(parser, CURLUPART_HOST);
+    const std::string_view host = viewOf(text.get());
+    if (!startsWith(host, "["))
         return std::string(host);
     std::string address(host.substr(1, host.size() - 2));
-    if (const CurlText zone = partOf(url, CURLUPART_ZONEID, at))
+    if (const CurlText zone = partOf(parser, CURLUPART_ZONEID))
         address.append("%").append(zone.get());
     return address;
 }
@@ -133,25 +130,11 @@ UrlParts splitUrl(std::string_view url) {
     if (scheme == nullptr)
         fail("neither http:// nor https://", 0);
     const Layout at = layOut(url, *scheme);
-    const std::string_view host = url.substr(at.host, at.end - at.host);
-    if (host.empty() || host.front() == ':')
-        fail("no host", at.host);
-    if (host.front() == '[' && !contains(host, "]"))
-        fail("bad IPv6 address", at.host);
     UrlParts parts;
     parts.secure = scheme->secure;
+    parts.host = hostOf(url, at);
     parts.port = portOf(url, at, scheme->port);
     parts.target = url.substr(at.end);
-
-    // What follows the authority is the device's business: line ends and any other byte may stand there.
-    const std::string authority(url.substr(0, at.end));
-    const CurlUrl parser(curl_url());
-    if (!parser)
-        throw std::bad_alloc();
-    const CURLUcode code = curl_url_set(parser.get(), CURLUPART_URL, authority.c_str(), 0);
-    if (code != CURLUE_OK)
-        fail(code, at);
-    parts.host = hostOf(parser, at);
     return parts;
 }
 

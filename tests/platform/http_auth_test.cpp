@@ -45,6 +45,17 @@ TEST_F(HttpAuth, FirstRequestCarriesNoCredentials) {
     EXPECT_EQ(headerOf(server.requests().at(1), "Authorization").rfind("Digest username=\"admin\"", 0), 0U);
 }
 
+TEST_F(HttpAuth, NonceOutlastsTheConnection) {
+    RawServer closing([this](koine::test::RawConnection& connection) {
+        std::string answer = device.answer(connection.readRequest());
+        connection.send(answer.insert(answer.find("Content-Length"), "Connection: close\r\n"));
+    });
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(caller.get(closing.url()).result, 1);
+    EXPECT_EQ(device.refusals(), 1);
+    EXPECT_EQ(closing.connections(), 5);
+}
+
 TEST_F(HttpAuth, DigestWorksWithSha256) {
     device.algorithm = "SHA-256";
     for (int i = 0; i < 3; ++i)

@@ -192,9 +192,10 @@ TEST(HttpClient, NobodyListeningCannotBeConnected) {
     EXPECT_EQ(caller.client().GetStatus(), 0);
 }
 
-TEST(HttpClient, NameThatDoesNotExistCannotBeConnected) {
+TEST(HttpClient, NameThatCannotExistCannotBeConnected) {
+    // A label may have 63 characters, so this is known without asking a name server.
     HttpCaller caller;
-    EXPECT_EQ(caller.get("http://no-such-host.invalid/").result, -3);
+    EXPECT_EQ(caller.get("http://" + std::string(64, 'a') + ".invalid/").result, -3);
 }
 
 TEST(HttpClient, PostSendsItsContent) {

@@ -125,6 +125,22 @@ TEST_F(HttpTls, TlsToAPlainPortIsABrokenAnswer) {
     EXPECT_EQ(caller.get("https://127.0.0.1:" + std::to_string(plain.port()) + "/").result, -5);
 }
 
+TEST_F(HttpTls, DeviceThatVanishesIsNoSignal) {
+    koine::setTlsVerification(false);
+    RawServer vanishing(
+        [](koine::test::RawConnection& connection) {
+            connection.readRequest();
+            connection.send(answerText("200 OK", "0\nOK\n"));
+            connection.reset();
+        },
+        identity().layer());
+    for (int i = 0; i < 5; ++i) {
+        const int result = caller.get("https://127.0.0.1:" + std::to_string(vanishing.port()) + "/").result;
+        EXPECT_TRUE(result == 1 || result == -5) << result;
+        caller.client().Close();
+    }
+}
+
 TEST_F(HttpTls, SettingsMayChangeWhileClientsWork) {
     ASSERT_EQ(koine::setTlsAuthorityFile(identity().certificateFile().c_str()), 1);
     std::atomic<bool> done{false};

@@ -72,6 +72,15 @@ std::string writeFile(X509* certificate) {
     return path;
 }
 
+/// OpenSSL writes to a socket whose other end may be gone. Only for this thread: in the clients the signal
+/// must not arise, and there it would end the tests.
+void blockPipeSignal() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
 class TlsStream : public ByteStream {
 public:
     explicit TlsStream(SslPtr ssl) : ssl_(std::move(ssl)) {}
@@ -89,8 +98,6 @@ private:
 } // namespace
 
 TlsIdentity::TlsIdentity() : context_(SSL_CTX_new(TLS_server_method())) {
-    // OpenSSL writes to the socket without asking that a vanished client be no signal.
-    std::signal(SIGPIPE, SIG_IGN);
     const KeyPtr key(EVP_EC_gen("P-256"));
     require(context_ != nullptr && key, "no key");
     const CertificatePtr certificate = selfSigned(key.get());
@@ -108,6 +115,7 @@ TlsIdentity::~TlsIdentity() {
 
 RawServer::Layer TlsIdentity::layer() const {
     return [context = context_](int socket) -> std::unique_ptr<ByteStream> {
+        blockPipeSignal();
         SslPtr ssl(SSL_new(context));
         if (!ssl || SSL_set_fd(ssl.get(), socket) != 1 || SSL_accept(ssl.get()) != 1)
             return nullptr;
