@@ -112,7 +112,7 @@ Answer Connection::demand(std::string_view line, std::string_view what) {
     return answer;
 }
 
-void Connection::useDeviceScale() {
+void Connection::prepareMedia() {
     demand("Capability.cgi?action=get", "reading the capabilities");
     const boost::shared_ptr<StreamIDClient> user = device_->get_streamid_client(uid_);
     user->setSettingQualitySrcMax(device_->getSettingQualitySrcMax());
@@ -120,6 +120,9 @@ void Connection::useDeviceScale() {
     user->setQualityStep(device_->getQualityStep());
     user->setSettingFramerateSrcMax(device_->getSettingFramerateSrcMax());
     user->setSettingFramerateSrcMin(device_->getSettingFramerateSrcMin());
+    const QuietStandardError quiet(!trace_);
+    // What goes wrong is told when the profiles are asked for: the device is then asked again.
+    device_->getCacheConfigMedia(uid_, 0, nullptr, nullptr, nullptr);
 }
 
 Failure Connection::failure(int result, int status, std::string_view what) const {

@@ -43,9 +43,10 @@ public:
     /// @param what the request in a person's words
     Answer demand(std::string_view line, std::string_view what);
 
-    /// Gives the stream user the device's quality scale and frame rates, as starting a stream does. Without
-    /// it the qualities of media profiles would be shown on the wrong scale.
-    void useDeviceScale();
+    /// Fetches all media profiles before somebody asks for some: whatever is fetched first stays. And gives
+    /// the stream user the device's quality scale and frame rates, as starting a stream does, or qualities
+    /// would be shown on the wrong scale.
+    void prepareMedia();
 
     /// The failure that a result stands for, in one line.
     Failure failure(int result, int status, std::string_view what) const;

@@ -81,7 +81,7 @@ std::vector<Profile> profilesIn(const CgiMap& media) {
 Learned learn(Connection& connection) {
     Learned learned;
     learned.login = connection.demand(readingLine("Login"), "logging in").values();
-    connection.useDeviceScale();
+    connection.prepareMedia();
     learned.capability = connection.demand(readingLine("Capability"), "reading the capabilities").values();
     learned.media = mediaOf(connection);
     learned.profiles = profilesIn(learned.media);

@@ -32,7 +32,7 @@ CgiMap readStream(std::istream& stream, const std::string& name) {
 } // namespace
 
 Configuration readConfiguration(Connection& connection) {
-    connection.useDeviceScale();
+    connection.prepareMedia();
     Configuration configuration;
     for (const std::string_view category : kConfiguration) {
         const Answer answer = connection.ask(readingLine(category));

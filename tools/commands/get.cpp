@@ -1,9 +1,12 @@
 // koine get: configuration categories.
 
+#include "text/words.h"
 #include "tools/categories.h"
 #include "tools/commands/commands.h"
 #include "tools/json.h"
 #include "tools/terminal.h"
+
+#include <algorithm>
 
 namespace koine::tool {
 
@@ -12,7 +15,9 @@ ExitCode GetCommand::run(const Arguments& arguments) const {
     for (const std::string& category : categories)
         lines.push_back(readingLine(category)); // all are looked at before anything is sent
     Connection connection(target, arguments);
-    connection.useDeviceScale();
+    if (std::any_of(lines.begin(), lines.end(),
+                    [](const std::string& line) { return contains(line, "=Media."); }))
+        connection.prepareMedia();
     const Style style(stdout);
     Json all = Json::object();
     for (std::size_t i = 0; i < lines.size(); ++i) {

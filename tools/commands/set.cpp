@@ -7,6 +7,7 @@
 #include "tools/json.h"
 #include "tools/terminal.h"
 
+#include <algorithm>
 #include <set>
 
 namespace koine::tool {
@@ -84,7 +85,9 @@ ExitCode SetCommand::run(const Arguments& arguments) const {
     for (const std::string& text : settings)
         wanted.push_back(parse(text));
     Connection connection(target, arguments);
-    connection.useDeviceScale();
+    if (std::any_of(wanted.begin(), wanted.end(),
+                    [](const Setting& setting) { return categoryOf(setting.key) == "Media"; }))
+        connection.prepareMedia();
     const CgiMap before = cached(connection, wanted);
     const Answer answer = connection.demand(setLine(wanted), "changing the settings (nothing was changed)");
     const CgiMap after = cached(connection, wanted);

@@ -17,8 +17,16 @@ constexpr std::string_view kEncoder = "StreamSetup.VideoEncoderConfiguration.";
 void checkSize(const std::string& size) {
     int width = 0;
     int height = 0;
-    if (!scan(size, into(width), "x", into(height)) || width < 1 || height < 1)
+    Cursor cursor(size);
+    if (!cursor.integer(width) || !cursor.literal("x") || !cursor.integer(height) || !cursor.rest().empty() ||
+        width < 1 || height < 1)
         throw Failure(ExitCode::usage, "--size " + size + ": no size; write it like 1280x720");
+}
+
+/// A set-up text holds one word per item.
+void checkWord(const char* option, const std::string& word) {
+    if (word.find_first_of("& \t\r\n") != std::string::npos)
+        throw Failure(ExitCode::usage, std::string(option) + " " + word + ": must be one word without &");
 }
 
 /// The set-up line, item by item; what was not asked for is left out.
@@ -85,6 +93,8 @@ void show(const CgiMap& stream, const std::string& uri) {
 ExitCode StreamCommand::run(const Arguments& arguments) const {
     if (!size.empty())
         checkSize(size);
+    checkWord("--token", token);
+    checkWord("--encoding", encoding);
     DeviceOptions options;
     options.rtspPort = rtspPort;
     options.credentialsInUri = credentialsInUri;

@@ -1,0 +1,84 @@
+// koine simulate and koine demo.
+
+#include "tests/tools/run_tool.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace koine::test {
+namespace {
+
+/// "dome at http://127.0.0.1:4711, ..." has the URL in it.
+std::string urlIn(const std::string& line) {
+    const std::size_t begin = line.find("http://");
+    return begin == std::string::npos ? "no URL in: " + line
+                                      : line.substr(begin, line.find_first_of(", \n", begin) - begin);
+}
+
+TEST(SimulateCommand, ServesUntilItIsToldToStopAndThenCounts) {
+    for (const int stop : {SIGTERM, SIGINT}) {
+        RunningTool simulator({"simulate", "--model", "minimal"});
+        const std::string url = urlIn(simulator.readLine());
+        EXPECT_EQ(runTool({"request", url, "Login.cgi"}).exitCode, 0) << url;
+        simulator.signal(stop);
+        const Outcome outcome = simulator.finish();
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_TRUE(contains(outcome.out, "1 connections, 1 requests, 0 of them answered with 401"))
+            << outcome.out;
+        EXPECT_TRUE(contains(outcome.out, "1  Login.cgi")) << outcome.out;
+    }
+}
+
+TEST(SimulateCommand, WantsTheCredentialsThatItWasGiven) {
+    const TemporaryFile password(std::string(kPassword) + "\n");
+    RunningTool simulator({"simulate", "--auth", "digest", "--user", "operator", "--password-file",
+                           password.path(), "--nonce-lifetime", "1"});
+    const std::string url = urlIn(simulator.readLine());
+    EXPECT_EQ(runTool({"request", "-u", "operator", "--password-file", password.path(), url, "Login.cgi",
+                       "PTZ.cgi?stop=1"})
+                  .exitCode,
+              0);
+    EXPECT_EQ(runTool({"request", url, "Login.cgi"}).exitCode, 3);
+    simulator.signal(SIGTERM);
+    const Outcome outcome = simulator.finish();
+    EXPECT_TRUE(contains(outcome.out, "3 of them answered with 401")) << outcome.out;
+    EXPECT_FALSE(contains(outcome.out + outcome.err, kPassword));
+}
+
+TEST(SimulateCommand, MisbehavesOnDemand) {
+    RunningTool simulator({"simulate", "--fault", "status=500;path=Login", "--fault", "close"});
+    const std::string url = urlIn(simulator.readLine());
+    EXPECT_EQ(runTool({"request", url, "Login.cgi"}).exitCode, 1);
+    EXPECT_EQ(runTool({"request", url, "PTZ.cgi?stop=1"}).exitCode, 0);
+}
+
+TEST(SimulateCommand, APortThatIsTakenIsToldAtOnce) {
+    GuardedDome dome;
+    const Outcome outcome = runTool({"simulate", "--port", std::to_string(dome.device().port())});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_TRUE(contains(outcome.err, std::to_string(dome.device().port()))) << outcome.err;
+}
+
+TEST(SimulateCommand, ListsItsModels) {
+    const Outcome outcome = runTool({"simulate", "--list-models"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    for (const std::string& model : sim::modelNames())
+        EXPECT_TRUE(contains(outcome.out, "\n" + model + " ")) << outcome.out;
+}
+
+TEST(DemoCommand, ShowsTheWholeJobOnOneConnection) {
+    const Outcome outcome = runTool({"demo", "--delay", "1"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out.find('\x1b'), std::string::npos) << "no colours in a log";
+    for (const char* part :
+         {"device  Login.cgi", "from device, 9 requests", "from device, 1 request,", "from cache",
+          "Media.Profiles.Profile1.VideoEncoderConfiguration.Resolution.Width=1280",
+          "rtsp://127.0.0.1:554/PROFILE-MAIN?encoding=H264&size=1280x720",
+          "rtsp://127.0.0.1:554/PROFILE-MOBILE?", "1 connection, 11 requests, of which 1 answered with 401"})
+        EXPECT_TRUE(contains(outcome.out, part)) << part;
+}
+
+} // namespace
+} // namespace koine::test

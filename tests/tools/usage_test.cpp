@@ -1,0 +1,99 @@
+// What the command says to somebody who does not know it, or mistypes.
+
+#include "tests/tools/run_tool.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace koine::test {
+namespace {
+
+constexpr const char* kCommands[] = {"request", "info", "profiles", "stream",   "get",
+                                     "set",     "dump", "diff",     "simulate", "demo"};
+
+TEST(Usage, HelpNamesEveryCommandAndTheExitCodes) {
+    const Outcome help = runTool({"--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* command : kCommands)
+        EXPECT_TRUE(contains(help.out, std::string("\n  ") + command + " ")) << command;
+    EXPECT_TRUE(contains(help.out, "Exit codes: 0 answered"));
+}
+
+TEST(Usage, EveryCommandExplainsItself) {
+    for (const std::string command : kCommands) {
+        const Outcome help = runTool({command, "--help"});
+        EXPECT_EQ(help.exitCode, 0);
+        EXPECT_TRUE(contains(help.out, "Usage: koine " + command)) << help.out;
+        EXPECT_TRUE(command == "demo" || contains(help.out, "Example")) << command;
+    }
+}
+
+TEST(Usage, TheVersionIsTold) {
+    const Outcome version = runTool({"--version"});
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_EQ(version.out.rfind("koine ", 0), 0U) << version.out;
+}
+
+struct Mistake {
+    std::vector<std::string> arguments;
+    const char* said;
+};
+
+TEST(Usage, AMistakeGetsOneLineAndTheExitCode2) {
+    const TemporaryFile noPairs("nothing\n");
+    const Mistake mistakes[] = {
+        {{}, "no command given"},
+        {{"reqest"}, "no such command: reqest"},
+        {{""}, "no such command"},
+        {{"request"}, "URL"},
+        {{"request", "http://a"}, "LINE"},
+        {{"info", "a.b"}, "must begin with http:// or https://"},
+        {{"info", "ftp://a"}, "must begin with http:// or https://"},
+        {{"info", "http://a/Login.cgi"}, "must end after the host and port"},
+        {{"info", "http://a:0"}, "cannot be used"},
+        {{"info", "http://a:70000"}, "cannot be used"},
+        {{"info", "http://"}, "cannot be used"},
+        {{"info", "http://a", "--nonsense"}, "--nonsense"},
+        {{"info", "http://a", "http://b"}, "not expected"},
+        {{"info", "http://a", "--timeout", "0"}, "--timeout"},
+        {{"info", "http://a", "--timeout", "soon"}, "--timeout"},
+        {{"info", "http://a", "--password-file", "/nowhere"}, "cannot be read"},
+        {{"info", "http://a", "--password-file", "/dev/null"}, "empty"},
+        {{"info", "https://a", "--ca-file", "/nowhere"}, "--ca-file"},
+        {{"stream", "http://a", "--mode", "auto"}, "--mode"},
+        {{"stream", "http://a", "--size", "big"}, "like 1280x720"},
+        {{"stream", "http://a", "--size", "0x720"}, "like 1280x720"},
+        {{"stream", "http://a", "--size", "1280x720&x=1"}, "like 1280x720"},
+        {{"stream", "http://a", "--token", "a&b"}, "--token"},
+        {{"stream", "http://a", "--fps", "0"}, "--fps"},
+        {{"stream", "http://a", "--quality", "11"}, "--quality"},
+        {{"stream", "http://a", "--transport", "tcp"}, "--transport"},
+        {{"get", "http://a", "Vidio"}, "no category or key: Vidio"},
+        {{"get", "http://a", "Video.A&x=1"}, "no category or key"},
+        {{"set", "http://a", "Video.A"}, "no setting: Video.A"},
+        {{"set", "http://a", "=1"}, "no setting"},
+        {{"set", "http://a", "Video.A&B=1"}, "no setting"},
+        {{"diff", "http://a", "/nowhere"}, "/nowhere: cannot be read"},
+        {{"diff", "http://a", noPairs.path()}, "line 1 is no key=value"},
+        {{"diff", "http://a", "/dev/null"}, "holds no key=value"},
+        {{"simulate", "--model", "nothing"}, "dome"},
+        {{"simulate", "--auth", "kerberos"}, "--auth"},
+        {{"simulate", "--auth", "digest"}, "needs a password"},
+        {{"simulate", "--fault", "hiccup"}, "truncated-body"},
+        {{"simulate", "--address", "nowhere"}, "nowhere"},
+        {{"simulate", "--tls-key", "/dev/null"}, "needs both"},
+    };
+    for (const Mistake& mistake : mistakes) {
+        const Outcome outcome = runTool(mistake.arguments);
+        const std::string shown = ::testing::PrintToString(mistake.arguments);
+        EXPECT_EQ(outcome.exitCode, 2) << shown;
+        EXPECT_EQ(outcome.out, "") << shown;
+        EXPECT_EQ(outcome.err.rfind("koine: ", 0), 0U) << shown << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << shown << outcome.err;
+        EXPECT_TRUE(contains(outcome.err, mistake.said)) << shown << outcome.err;
+    }
+}
+
+} // namespace
+} // namespace koine::test
