@@ -213,8 +213,9 @@ TEST(Quality, goesThereAndBackForEveryTenth) {
             EXPECT_EQ(bench.device().value(key), inHundredths(scale.ofTenth * tenths + scale.ofZero))
                 << scale.model << " " << inTenths(tenths);
             const std::string back = bench.ask(getLine(key)).values().at(key);
-            if (scale.ofZero == 0)
+            if (scale.ofZero == 0) {
                 EXPECT_EQ(back, inTenths(tenths)) << scale.model;
+            }
             // In single precision, taking a lowest quality off costs the last digit now and then.
             EXPECT_NEAR(std::stod(back), tenths / 10.0, 1e-6) << scale.model;
         }
