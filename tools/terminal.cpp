@@ -69,6 +69,10 @@ std::string shortened(std::string_view text, std::size_t width) {
     return std::string(text.substr(0, end)) + "...";
 }
 
+std::string counted(std::size_t count, std::string_view what) {
+    return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
+}
+
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
 
 void printLine(std::string_view text) {

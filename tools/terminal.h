@@ -38,6 +38,9 @@ std::string padded(std::string_view text, std::size_t width);
 /// The text, cut in the middle of nothing: a longer one ends with "...".
 std::string shortened(std::string_view text, std::size_t width);
 
+/// "1 request", "3 requests".
+std::string counted(std::size_t count, std::string_view what);
+
 void print(std::string_view text);
 void printLine(std::string_view text = {});
 

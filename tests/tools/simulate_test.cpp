@@ -24,7 +24,7 @@ TEST(SimulateCommand, ServesUntilItIsToldToStopAndThenCounts) {
         simulator.signal(stop);
         const Outcome outcome = simulator.finish();
         EXPECT_EQ(outcome.exitCode, 0);
-        EXPECT_TRUE(contains(outcome.out, "1 connections, 1 requests, 0 of them answered with 401"))
+        EXPECT_TRUE(contains(outcome.out, "1 connection, 1 request, of which 0 answered with 401"))
             << outcome.out;
         EXPECT_TRUE(contains(outcome.out, "1  Login.cgi")) << outcome.out;
     }
@@ -42,7 +42,7 @@ TEST(SimulateCommand, WantsTheCredentialsThatItWasGiven) {
     EXPECT_EQ(runTool({"request", url, "Login.cgi"}).exitCode, 3);
     simulator.signal(SIGTERM);
     const Outcome outcome = simulator.finish();
-    EXPECT_TRUE(contains(outcome.out, "3 of them answered with 401")) << outcome.out;
+    EXPECT_TRUE(contains(outcome.out, "of which 3 answered with 401")) << outcome.out;
     EXPECT_FALSE(contains(outcome.out + outcome.err, kPassword));
 }
 

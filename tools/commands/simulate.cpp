@@ -73,8 +73,8 @@ private:
 void printCounters(const sim::Counters& counters) {
     const Style style(stdout);
     printLine();
-    printLine(std::to_string(counters.connections) + " connections, " + std::to_string(counters.requests) +
-              " requests, " + std::to_string(counters.unauthorized) + " of them answered with 401");
+    printLine(counted(counters.connections, "connection") + ", " + counted(counters.requests, "request") +
+              ", of which " + std::to_string(counters.unauthorized) + " answered with 401");
     if (counters.perPath.empty())
         return;
     Table table({{"REQUESTS", Table::Align::right}, {"PATH"}});

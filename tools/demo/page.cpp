@@ -19,10 +19,6 @@ std::string timeText(double milliseconds) {
     return fixedText(milliseconds, milliseconds < 1 ? 2 : 1) + " ms";
 }
 
-std::string counted(std::size_t count, std::string_view what) {
-    return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
-}
-
 void Page::title(std::string_view text) const {
     printLine();
     printLine(style_.paint(Tint::bold, text));

@@ -54,7 +54,4 @@ private:
 /// "12.3 ms", "0.04 ms".
 std::string timeText(double milliseconds);
 
-/// "1 request", "3 requests".
-std::string counted(std::size_t count, std::string_view what);
-
 } // namespace koine::tool
