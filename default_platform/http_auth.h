@@ -19,7 +19,7 @@ struct AuthOutcome {
 /// libcurl repeats nothing by itself; this class decides, and knows two things about libcurl. A challenge
 /// that replaces a nonce counts there as "wrong password" unless it says "stale", though the new nonce is
 /// taken all the same and worth a try. And the offer of such a challenge stays noted, so that libcurl passes
-/// over the next challenge and does not take its nonce.
+/// over the next challenge: it reports no offer then and takes no nonce.
 class AuthMemory {
 public:
     /// At most this many attempts make up one request.
@@ -38,12 +38,12 @@ public:
     bool learn(const AuthOutcome& outcome) noexcept;
 
 private:
-    bool learnDigest(const AuthOutcome& outcome) noexcept;
-    bool learnBasic(const AuthOutcome& outcome) noexcept;
-    bool learnPassedOver() noexcept;
+    bool learnDigest(bool refused) noexcept;
+    bool learnBasic(bool refused) noexcept;
+    bool learnNoOffer(const AuthOutcome& outcome) noexcept;
 
     long scheme_ = 0;
-    bool passesOver_ = false; ///< libcurl will not read the next challenge
+    bool metDigest_ = false;  ///< so libcurl may pass over a challenge
     bool freshNonce_ = false; ///< the nonce came with this very request
 };
 

@@ -192,6 +192,36 @@ TEST_F(HttpAuth, CredentialsMayChangeBetweenRequests) {
     EXPECT_EQ(device.refusals(), refusals);
 }
 
+TEST_F(HttpAuth, ChallengeThatCannotBeReadIsARefusal) {
+    std::string challenge;
+    bool asks = true;
+    RawServer odd(answering([&](const std::string& request) {
+        return !asks ? answerText("200 OK", "took " + request.substr(request.find("\r\n\r\n") + 4))
+                     : answerText("401 x", "no", "WWW-Authenticate: " + challenge + "\r\n");
+    }));
+    for (const char* each :
+         {"Digest", "Digest realm=\"cam\"", "Digest nonce=\"\"", "Digest qop=\"\xff", "Digest ,,,==,",
+          "Digest realm=\"r\", nonce=\"n\", algorithm=unknown", "Unknown", "", "Basic", "basic x"}) {
+        challenge = each;
+        const std::size_t before = odd.requests().size();
+        EXPECT_EQ(caller.get(odd.url()).result, -1) << each;
+        EXPECT_LE(odd.requests().size() - before, 3U) << each;
+    }
+    // And when the device stops asking, all is well, also for a request with content.
+    challenge = "Digest realm=\"cam\"";
+    EXPECT_EQ(caller.get(odd.url()).result, -1);
+    asks = false;
+    EXPECT_EQ(caller.post(odd.url(), "a=1").body, "took a=1");
+    EXPECT_EQ(caller.get(odd.url()).body, "took ");
+}
+
+TEST_F(HttpAuth, PasswordOfTenMegabytesIsRefusedAndTheNextRequestWorks) {
+    caller.password.assign(10 << 20, 'x');
+    EXPECT_EQ(get(), -2);
+    caller.password = "secret";
+    EXPECT_EQ(get(), 1);
+}
+
 TEST_F(HttpAuth, EmptyUsernameMeansNoCredentials) {
     caller.username.clear();
     EXPECT_EQ(get(), -1);
