@@ -1,10 +1,13 @@
 #include "platform/resolution.h"
 
 #include "text/owned_text.h"
+#include "text/tokens.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -51,6 +54,27 @@ TEST(VideoKeys, CarryEveryGivenSettingOfTheEncoder) {
     EXPECT_EQ(keys(record),
               "&Video.I0.JPEG.Resolution=4CIF&Video.I0.JPEG.Quality=5&Video.I0.JPEG.FrameRate=25")
         << "single pictures have neither a bit rate nor groups";
+}
+
+TEST(VideoKeys, AreThoseThatTheDevicesKeep) {
+    for (const char* model : {"pell", "videoserver", "noprofiles"}) {
+        std::ifstream file(std::string(KOINE_MODELS "/") + model + "/video.txt");
+        const std::string video{std::istreambuf_iterator<char>(file), {}};
+        ASSERT_NE(video, "") << model;
+        for (const char* encoding : {"H264", "MPEG4", "JPEG"}) {
+            Record record;
+            record.encoding = encoding;
+            record.width = 352;
+            record.height = 240;
+            record.quality = 1;
+            record.frameRate = record.bitrate = record.govLength = 1;
+            const std::string text = keys(record);
+            for (const std::string_view item : koine::Tokens(text, "&"))
+                EXPECT_NE(video.find("\n" + std::string(item.substr(0, item.find('=') + 1))),
+                          std::string::npos)
+                    << model << ": " << item;
+        }
+    }
 }
 
 TEST(VideoKeys, LeaveOutWhatIsNotGiven) {

@@ -98,7 +98,8 @@ private:
 } // namespace
 
 TlsIdentity::TlsIdentity() : context_(SSL_CTX_new(TLS_server_method())) {
-    const KeyPtr key(EVP_EC_gen("P-256"));
+    std::string curve = "P-256";
+    const KeyPtr key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", curve.data()));
     require(context_ != nullptr && key, "no key");
     const CertificatePtr certificate = selfSigned(key.get());
     require(SSL_CTX_use_certificate(context_, certificate.get()) == 1 &&
