@@ -6,7 +6,7 @@
 
 #include <chrono>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <thread>
 
 namespace koine::test {
@@ -14,7 +14,9 @@ namespace {
 
 std::string commandLineOf(pid_t id) {
     std::ifstream file("/proc/" + std::to_string(id) + "/cmdline", std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
 }
 
 TEST(Secrets, TheProcessListDoesNotShowThePassword) {

@@ -81,7 +81,7 @@ private:
         page_.title("Koine: two streams on one camera");
         page_.fact("device", "simulated dome at " + simulated_.url());
         page_.fact("answers", "after " + std::to_string(delay_) + " ms each, to Digest authentication");
-        page_.fact("colours", page_.style().paint(Tint::cyan, "> what the host sends") + ",  " +
+        page_.fact("to read", page_.style().paint(Tint::cyan, "> what the host sends") + ",  " +
                                   page_.style().paint(Tint::yellow, "what the device is asked") + ",  " +
                                   page_.style().paint(Tint::green, "what the host gets"));
     }
