@@ -132,7 +132,7 @@ bool AnswerReader::takeHeader(std::string_view line) {
         headEnded_ = false;
         return true;
     }
-    headEnded_ = headEnded_ || trimmed(line).empty();
+    headEnded_ = headEnded_ || line == "\r\n" || line == "\n";
     if (startsWithIgnoreCase(line, "Set-Cookie:"))
         ++cookies_;
     headers_.add(line);
