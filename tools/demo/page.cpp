@@ -16,7 +16,7 @@ std::string indent(std::size_t columns) { return std::string(columns, ' '); }
 } // namespace
 
 std::string timeText(double milliseconds) {
-    return fixedText(milliseconds, milliseconds < 1 ? 2 : 1) + " ms";
+    return milliseconds < 1 ? fixedText(milliseconds * 1000, 0) + " µs" : fixedText(milliseconds, 1) + " ms";
 }
 
 void Page::title(std::string_view text) const {

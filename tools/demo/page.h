@@ -51,7 +51,7 @@ private:
     Style style_{stdout};
 };
 
-/// "12.3 ms", "0.04 ms".
+/// "12.3 ms", "40 µs".
 std::string timeText(double milliseconds);
 
 } // namespace koine::tool
