@@ -3,7 +3,7 @@
 #include "text/numbers.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace koine::sim {
@@ -12,10 +12,11 @@ std::string fileText(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw std::runtime_error("cannot open " + file.string() + "; check that it exists and may be read");
-    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad())
+    std::ostringstream text;
+    text << stream.rdbuf();
+    if (text.bad() || stream.bad())
         throw std::runtime_error("cannot read " + file.string() + "; is it a file?");
-    return text;
+    return text.str();
 }
 
 std::string_view takeLine(std::string_view& text) noexcept {
