@@ -4,7 +4,9 @@
 #include "text/numbers.h"
 #include "text/words.h"
 
+#include <algorithm>
 #include <charconv>
+#include <initializer_list>
 #include <stdexcept>
 
 namespace koine::sim {

@@ -3,6 +3,7 @@
 #include "text/numbers.h"
 #include "text/words.h"
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <optional>
