@@ -218,8 +218,6 @@ TEST_F(FirstStream, StartedAgainBySameUserCostsNothing) {
 
 TEST_F(FirstStream, NeedsNoAnswerPointer) {
     EXPECT_EQ(request.tell(setUpLine(kAuto)), 1);
-    // Without an answer to look at nobody sees that one was made: the line itself goes to the device
-    // only when no step has answered, and the device class has.
     EXPECT_EQ(asked(), filling({autoSetLine()}));
 }
 
