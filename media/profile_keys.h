@@ -86,7 +86,15 @@ constexpr std::string_view suffixOf(EncodingKey key) { return kEncodingSuffixes[
 /// Builds the keys of one profile. A view it returns stays valid until the next one is asked for.
 class ProfileKeys {
 public:
-    explicit ProfileKeys(ProfileNumber profile) : text_(kProfilePrefix) {
+    explicit ProfileKeys(ProfileNumber profile) {
+        text_.reserve(kUsualLength); // one allocation for all keys
+        text_ += kProfilePrefix;
+        select(profile);
+    }
+
+    /// Goes on with another profile.
+    void select(ProfileNumber profile) {
+        text_.resize(kProfilePrefix.size());
         appendNumber(text_, profile.value);
         prefixLength_ = text_.size();
     }
@@ -117,6 +125,8 @@ private:
         text_ += suffix;
         return text_;
     }
+
+    static constexpr std::size_t kUsualLength = 95; ///< no key of a known encoding is longer
 
     std::string text_;
     std::size_t prefixLength_ = 0;

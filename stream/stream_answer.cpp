@@ -5,6 +5,7 @@
 #include "koine/BaseRequest.h"
 #include "media/profile_count.h"
 #include "media/profile_keys.h"
+#include "stream/first_profile.h"
 #include "stream/required_client.h"
 #include "stream/stream_traces.h"
 #include "text/numbers.h"
@@ -36,42 +37,39 @@ enum class Print { whole, oneDecimal, sizesOfCodec };
 
 struct ProfileLine {
     EncoderKey key; // not looked at for the sizes of the codec
-    std::string_view name;
+    std::string_view start;
     Print print;
 };
 
-/// The lines about the profile, in their order, after that of the encoding.
+/// The lines about the profile, in their order, after that of the encoding: the text up to the value, or to
+/// the codec. Hosts ask for this answer often, so what can be one text is one.
 constexpr std::array<ProfileLine, 8> kProfileLines = {{
-    {EncoderKey::width, "Stream.Profile.Resolution.Width", Print::whole},
-    {EncoderKey::height, "Stream.Profile.Resolution.Height", Print::whole},
-    {EncoderKey::quality, "Stream.Profile.Quality", Print::oneDecimal},
-    {EncoderKey::frameRateLimit, "Stream.Profile.RateControl.FrameRateLimit", Print::whole},
-    {EncoderKey::bitrateLimit, "Stream.Profile.RateControl.BitrateLimit", Print::whole},
-    {EncoderKey::encodingList, "Stream.Video.Resolution.", Print::sizesOfCodec},
-    {EncoderKey::qualityMax, "Stream.Video.Quality.Max", Print::whole},
-    {EncoderKey::qualityMin, "Stream.Video.Quality.Min", Print::whole},
+    {EncoderKey::width, "\nStream.Profile.Resolution.Width=", Print::whole},
+    {EncoderKey::height, "\nStream.Profile.Resolution.Height=", Print::whole},
+    {EncoderKey::quality, "\nStream.Profile.Quality=", Print::oneDecimal},
+    {EncoderKey::frameRateLimit, "\nStream.Profile.RateControl.FrameRateLimit=", Print::whole},
+    {EncoderKey::bitrateLimit, "\nStream.Profile.RateControl.BitrateLimit=", Print::whole},
+    {EncoderKey::encodingList, "\nStream.Video.Resolution.", Print::sizesOfCodec},
+    {EncoderKey::qualityMax, "\nStream.Video.Quality.Max=", Print::whole},
+    {EncoderKey::qualityMin, "\nStream.Video.Quality.Min=", Print::whole},
 }};
 
 class StreamAnswer {
 public:
     explicit StreamAnswer(std::string& text) : text_(text) { text_ = answers::kOkHead; }
 
-    void add(std::string_view name, std::string_view value) {
-        text_.append("\n").append(name).append("=").append(value);
-    }
-
-    void addGiven(std::string_view name, std::string_view value) {
+    void addGiven(std::string_view start, std::string_view value) {
         if (!value.empty())
-            add(name, value);
+            text_.append(start).append(value);
     }
 
     void addUser(const StreamIDClient& client) {
-        addGiven("ProfileToken", viewOf(client.profile_token()));
-        addGiven("ProfileMode", client.profile_mode());
+        addGiven("\nProfileToken=", viewOf(client.profile_token()));
+        addGiven("\nProfileMode=", client.profile_mode());
         if (client.profile_id() != 0)
-            add("Stream.Profile.Id", numberAsText(client.profile_id()));
-        addGiven("Stream.Stream", client.setting_stream());
-        addGiven("Stream.Transport.Protocol", client.transport_protocol());
+            appendNumber(text_.append("\nStream.Profile.Id="), client.profile_id());
+        addGiven("\nStream.Stream=", client.setting_stream());
+        addGiven("\nStream.Transport.Protocol=", client.transport_protocol());
     }
 
     void addProfile(const CgiMap& media, ProfileNumber profile) {
@@ -79,7 +77,7 @@ public:
         std::string_view codec = kDefaultCodec;
         if (const std::string* encoding = findValue(media, keys.of(EncoderKey::encoding))) {
             codec = codecName(*encoding);
-            add("Stream.Profile.Encoding", codec);
+            text_.append("\nStream.Profile.Encoding=").append(codec);
         }
         for (const ProfileLine& line : kProfileLines)
             addLine(line, media, keys, codec);
@@ -92,25 +90,24 @@ private:
             findValue(media, isSizes ? keys.of(EncodingKey::sizes, codec) : keys.of(line.key));
         if (value == nullptr)
             return;
-        text_.append("\n").append(line.name);
+        text_.append(line.start);
         if (isSizes)
             text_.append(codec).append(".NxN.List=").append(*value);
         else if (line.print == Print::oneDecimal)
-            text_.append("=").append(fixedText(readDouble(*value), 1));
+            text_.append(fixedText(readDouble(*value), 1));
         else
-            appendNumber(text_.append("="), readInt(*value));
+            appendNumber(text_, readInt(*value));
     }
 
     std::string& text_;
 };
 
-/// The first profile with the user's token, or 0. Looking at a token leaves its entry behind.
-int profileOfToken(CgiMap& media, std::string_view token) {
+/// Without a profile of the user's token the chosen one stays.
+void takeProfileOfToken(CgiMap& media, StreamIDClient& client) {
     const int count = boundedProfileCount(entry(media, kProfileCountKey));
-    for (int number = 1; number <= count; ++number)
-        if (entry(media, ProfileKeys(ProfileNumber{number}).of(ProfileKey::token)) == token)
-            return number;
-    return 0;
+    const int profile = firstProfileWith(media, count, ProfileKey::token, viewOf(client.profile_token()));
+    if (profile != 0)
+        client.set_profile_id(profile);
 }
 
 /// Answers with the error text, unless there is an answer already.
@@ -132,8 +129,7 @@ int BaseRequest::buildCgiStreamGet(unsigned int uid, char* /*url*/, char** answe
     }
     const bool hasProfiles = getMediaProfile() == 1;
     if (hasProfiles)
-        if (const int profile = profileOfToken(media_.map, viewOf(client.profile_token())); profile != 0)
-            client.set_profile_id(profile);
+        takeProfileOfToken(media_.map, client);
     if (answer == nullptr)
         return kOk;
 

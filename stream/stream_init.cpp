@@ -6,6 +6,7 @@
 #include "media/profile_count.h"
 #include "media/profile_keys.h"
 #include "media/profile_words.h"
+#include "stream/first_profile.h"
 #include "stream/required_client.h"
 #include "stream/stream_traces.h"
 #include "text/numbers.h"
@@ -56,14 +57,6 @@ void takeDefaultProfile(StreamIDClient& client) {
         takeDefaultProfile(client, kMobileToken, kMobileProfile);
     else if (viewOf(client.profile_token()).empty())
         takeDefaultProfile(client, kFirstToken, kFirstProfile);
-}
-
-/// The profile with the user's token, else the last one. Looking at a token leaves its entry behind.
-int profileOfToken(CgiMap& media, int count, std::string_view token) {
-    for (int number = 1; number < count; ++number)
-        if (entry(media, ProfileKeys(ProfileNumber{number}).of(ProfileKey::token)) == token)
-            return number;
-    return count;
 }
 
 void takeQuality(const CgiMap& media, int count, StreamIDClient& client) {
@@ -124,7 +117,8 @@ private:
         const int count = boundedProfileCount(entry(media, kProfileCountKey));
         if (count <= 0)
             return;
-        const int profile = profileOfToken(media, count, viewOf(client_.profile_token()));
+        const int found = firstProfileWith(media, count, ProfileKey::token, viewOf(client_.profile_token()));
+        const int profile = found != 0 ? found : count; // the last one serves who names none
         client_.set_profile_token(entry(media, ProfileKeys(ProfileNumber{profile}).of(ProfileKey::token)));
         client_.set_profile_id(profile);
         stream_trace::profileTaken(__LINE__, user(), channel(), client_.profile_token(), client_.profile_id(),

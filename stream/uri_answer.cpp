@@ -6,6 +6,7 @@
 #include "media/profile_count.h"
 #include "media/profile_keys.h"
 #include "media/profile_words.h"
+#include "stream/first_profile.h"
 #include "stream/required_client.h"
 #include "stream/stream_traces.h"
 #include "text/numbers.h"
@@ -33,18 +34,11 @@ void takeRequestedToken(std::string_view url, std::string& requested) {
             requested = token;
 }
 
-/// The first profile with the token asked for; without one, the first that encodes H264; else 0. Looking at
-/// a profile leaves its entry behind.
+/// The first profile with the token asked for; without one, the first that encodes H264; else 0.
 int selectProfile(CgiMap& media, std::string_view requested) {
     const int count = boundedProfileCount(entry(media, kProfileCountKey));
-    for (int number = 1; number <= count; ++number) {
-        ProfileKeys keys(ProfileNumber{number});
-        const bool isSelected = requested.empty() ? entry(media, keys.of(EncoderKey::encoding)) == kH264
-                                                  : entry(media, keys.of(ProfileKey::token)) == requested;
-        if (isSelected)
-            return number;
-    }
-    return 0;
+    return requested.empty() ? firstProfileWith(media, count, EncoderKey::encoding, kH264)
+                             : firstProfileWith(media, count, ProfileKey::token, requested);
 }
 
 void appendUri(std::string& text, const char* uri) {

@@ -119,6 +119,12 @@ inline std::string generalText(float value) {
 
 /// With a fixed number of decimals, as "%.<decimals>f" prints.
 inline std::string fixedText(double value, int decimals) {
+    // Most values are whole, and printing those needs neither the locale nor the C library.
+    if (decimals > 0 && value > 0.0 && value < 1e9 &&
+        value == static_cast<double>(static_cast<long>(value))) {
+        std::string text = numberAsText(static_cast<long>(value)) + '.';
+        return text.append(static_cast<std::size_t>(decimals), '0');
+    }
     const PlainLocaleScope plain;
     std::array<char, 352> text{}; // the largest double has 309 digits before the point
     std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
