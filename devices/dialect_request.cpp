@@ -2,7 +2,6 @@
 
 #include "devices/dialect_request.h"
 
-#include "devices/answer.h"
 #include "devices/percent.h"
 #include "platform/cgi_text.h"
 #include "platform/trace.h"
@@ -21,7 +20,6 @@ constexpr std::string_view kHttp = "http://";
 constexpr std::string_view kHttps = "https://";
 constexpr std::string_view kConfigSet = "Config.cgi?action=set";
 constexpr unsigned int kTlsPort = 443;
-constexpr int kAuthStatus = -35; // of an answer text: the device refused the credentials
 
 /// Does the line begin with "scheme://"? A URL among the parameters does not make it one.
 bool isAbsolute(std::string_view line) {
@@ -59,14 +57,13 @@ bool addresses(const char* url, const char* address, unsigned int port) {
     }
 }
 
-/// The result that stands for the status with which a device answered a set.
-int resultOfSet(std::string_view answer) {
-    const int status = answerStatus(answer);
-    if (status == 0)
+/// The result of a set that the device answered with this text. A text that is no answer of the dialect is no
+/// consent; a device that sends no text at all has nothing against it.
+int resultOfSet(const char* answer) {
+    if (viewOf(answer).empty())
         return kOk;
-    if (status == kAuthStatus)
-        return kAuthFailed;
-    return status == kOk ? static_cast<int>(kRefused) : status;
+    CgiMap ignored;
+    return createMapStr(answer, &ignored);
 }
 
 std::string positive(int value) { return value > 0 ? std::to_string(value) : std::string(); }
@@ -113,7 +110,7 @@ int DialectRequest::requestCgi(unsigned int uid, char* url, char** answer, _REQC
     OwnedText text;
     int result = requestCgi_1(uid, url, OutText(text), method, connection);
     if (result == kOk && contains(line, kConfigSet))
-        result = resultOfSet(viewOf(text.get()));
+        result = resultOfSet(text.get());
     if (result != kOk)
         requestsFailed_.fetch_add(1, std::memory_order_relaxed);
     else if (text && answer != nullptr)

@@ -34,10 +34,10 @@ public:
     ///
     /// A URL that names another host, or that would ask a TLS device in the clear, is refused: the
     /// credentials belong to this device. A "Config.cgi?action=set" that the device answers with a status
-    /// other than 0 counts as failed, so that refused settings never reach the caches.
+    /// other than 0, or with a text without one, counts as failed: refused settings never reach the caches.
     /// @retval 1 the device answered and did not refuse
     /// @retval -1 the device refused the credentials, by HTTP or by the status -35 of a set
-    /// @retval -2 null, not a URL, another host; or the device refused a set with the status 1
+    /// @retval -2 null, not a URL, another host; or the device answered a set with a text without a status
     /// @return otherwise the result of `requestCgi_1`, or the status with which the device refused a set
     int requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
                    _REQCGI_CONNECTION_DEF connection) override;
