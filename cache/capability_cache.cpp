@@ -8,6 +8,7 @@
 #include "platform/classification.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 #include "text/tokens.h"
 #include "text/words.h"
 
@@ -144,7 +145,7 @@ int BaseRequest::getCacheCapability(unsigned int uid, int refresh, const char* u
     if (result != kOk)
         cache_trace::loginFailed(__LINE__, user());
     else if (capability_.loaded == 0)
-        result = CapabilityFill(*this, uid, raw).run(url);
+        result = orNoResource([&] { return CapabilityFill(*this, uid, raw).run(url); });
 
     if (answer == nullptr)
         return result;

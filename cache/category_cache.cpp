@@ -5,6 +5,7 @@
 #include "koine/BaseRequest.h"
 #include "platform/cgi_text.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 
 using namespace koine;
 
@@ -107,7 +108,7 @@ public:
 
     int give(int refresh, const char* key, char** answer) {
         OwnedText text;
-        const int result = find(refresh, key, answer != nullptr, text);
+        const int result = orNoResource([&] { return find(refresh, key, answer != nullptr, text); });
         // One attempt decides: a device that could not be reached is not asked for this category again.
         cache_.loaded = 1;
         if (answer == nullptr)

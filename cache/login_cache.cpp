@@ -7,6 +7,7 @@
 #include "platform/cgi_text.h"
 #include "platform/classification.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 
 using namespace koine;
 
@@ -43,7 +44,8 @@ int BaseRequest::getCacheLogin(unsigned int uid, int refresh, const char* /*key*
         login_.map.clear();
     OwnedText raw;
     if (login_.loaded == 0) {
-        if (const int result = fillLogin(uid, OutText(raw)); result != kOk) {
+        const int result = orNoResource([&] { return fillLogin(uid, OutText(raw)); });
+        if (result != kOk) {
             if (answer != nullptr)
                 *answer = raw.release();
             return result;

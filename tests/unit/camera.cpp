@@ -44,6 +44,8 @@ Camera::Camera() {
 int Camera::requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
                        _REQCGI_CONNECTION_DEF connection) {
     const SpareAllocations spare;
+    if (url == nullptr)
+        return -2;
     sent.push_back({uid, url, method, connection});
     const auto reply = replies_.find(lineOf(url));
     if (reply == replies_.end())

@@ -1,0 +1,89 @@
+// Memory that runs out while the library learns about its device: no exception leaves a step, nothing stays
+// half done that would stop the next attempt.
+
+#include "camera.h"
+#include "tests/support/failing_allocations.h"
+
+namespace koine::test {
+namespace {
+
+enum class Afterwards { complete, decided };
+
+/// Lets each allocation of a call fail in turn, on a new camera each time.
+void failEverywhere(const std::function<void(Camera&)>& prepare,
+                    const std::function<int(Camera&, char**)>& call, Afterwards afterwards) {
+    StandardError quiet;
+    const unsigned int last = failEachAllocation([&](unsigned int n) {
+        Camera camera;
+        camera.client();
+        prepare(camera);
+        char* raw = nullptr;
+        int result = 0;
+        FailAllocations once(n);
+        EXPECT_NO_THROW(result = call(camera, &raw)) << n;
+        const bool failed = once.stop();
+        EXPECT_TRUE(failed ? result != 1 || raw != nullptr : result == 1) << n;
+        EXPECT_TRUE(raw != nullptr || afterwards == Afterwards::complete)
+            << n << ": a category always answers";
+        std::free(raw);
+        Answer answer;
+        const int again = call(camera, answer.out());
+        EXPECT_TRUE(again == 1 || afterwards == Afterwards::decided) << n << ": the next call learns it all";
+        EXPECT_EQ(again == 1, answer.text().rfind(kEmptySuccess, 0) == 0 && answer.text() != kEmptySuccess)
+            << n;
+        return failed;
+    });
+    EXPECT_GT(last, 3U);
+    EXPECT_LT(last, 10000U);
+}
+
+TEST(LearningMemory, TheLoginIsLearnedAfterEveryShortage) {
+    failEverywhere(
+        [](Camera& camera) {
+            camera.has(kLoginLine, "Product-Name=A name that is too long to fit into a small string\n");
+        },
+        [](Camera& camera, char** answer) { return camera.getCacheLogin(kUser, 0, nullptr, answer); },
+        Afterwards::complete);
+}
+
+TEST(LearningMemory, TheCapabilitiesAreLearnedAfterEveryShortage) {
+    failEverywhere(
+        [](Camera& camera) {
+            camera.has(kCapabilityLine, "Device=VIDEO SERVER\nID=V\nCapability.Function=VA\n"
+                                        "Capability.Video.Resolution=CIF,VGA\n");
+        },
+        [](Camera& camera, char** answer) { return camera.getCacheCapability(kUser, 0, nullptr, answer); },
+        Afterwards::complete);
+}
+
+TEST(LearningMemory, MachinesAreLearnedAfterEveryShortage) {
+    failEverywhere(
+        [](Camera& camera) {
+            camera.has(kLoginLine, "Product-ID-Minor=NOCAP\n");
+            camera.has(kMachineLine, "Product.Type=IPCAM\nVideo.Resolution=CIF,VGA\n");
+        },
+        [](Camera& camera, char** answer) { return camera.getCacheCapability(kUser, 0, nullptr, answer); },
+        Afterwards::complete);
+}
+
+TEST(LearningMemory, CategoriesAreDecidedByEveryShortage) {
+    const auto pell = [](Camera& camera) {
+        camera.setVendor("TOVLIN");
+        camera.has(kLoginLine, "Product-ID=PELL\n");
+    };
+    failEverywhere(
+        pell,
+        [](Camera& camera, char** answer) {
+            return camera.getCacheConfigMisc(kUser, 0, nullptr, nullptr, answer);
+        },
+        Afterwards::decided);
+    failEverywhere(
+        pell,
+        [](Camera& camera, char** answer) {
+            return camera.getCacheConfigVideo(kUser, 0, nullptr, "Video.*", answer);
+        },
+        Afterwards::decided);
+}
+
+} // namespace
+} // namespace koine::test
