@@ -1,8 +1,8 @@
 #include "platform/cgi_text.h"
 
-#include "default_platform/shortage.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 #include "text/words.h"
 
 #include <cstring>
@@ -158,7 +158,7 @@ OwnedText print(const CgiMap& map, const KeyPattern& wanted) {
 } // namespace
 
 int createMapStr(const char* text, CgiMap* map) {
-    return koine::platform::orOnShortage<int>(koine::kNoResource, [&] { return parse(text, map); });
+    return koine::orOnShortage<int>(koine::kNoResource, [&] { return parse(text, map); });
 }
 
 int createMapstrFromCgi(const char* text, CgiMap* map) { return createMapStr(text, map); }

@@ -1,9 +1,9 @@
 #include "platform/cgi_text.h"
 
 #include "default_platform/characters.h"
-#include "default_platform/shortage.h"
 #include "default_platform/url_parts.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 
 #include <algorithm>
 #include <optional>
@@ -93,6 +93,6 @@ koine::OwnedText deviceUrl(std::string_view address, unsigned int port, std::str
 char* getTovlinCgiUrl(const char* address, unsigned int port, char* requestLine) {
     if (address == nullptr || requestLine == nullptr)
         return nullptr;
-    return koine::platform::orOnShortage<char*>(
-        nullptr, [&] { return deviceUrl(address, port, requestLine).release(); });
+    return koine::orOnShortage<char*>(nullptr,
+                                      [&] { return deviceUrl(address, port, requestLine).release(); });
 }

@@ -1,9 +1,9 @@
 #include "default_platform/host_settings.h"
 
 #include "default_platform/settings.h"
-#include "default_platform/shortage.h"
 #include "koine/types.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 
 #include <array>
 #include <mutex>

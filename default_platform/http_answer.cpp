@@ -1,7 +1,7 @@
 #include "default_platform/http_answer.h"
 
 #include "default_platform/characters.h"
-#include "default_platform/shortage.h"
+#include "text/shortage.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -6,10 +6,10 @@
 #include "default_platform/http_outcome.h"
 #include "default_platform/http_request.h"
 #include "default_platform/settings.h"
-#include "default_platform/shortage.h"
 #include "platform/trace.h"
 #include "platform/url.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 
 #include <algorithm>
 #include <array>
@@ -317,5 +317,5 @@ IHttpClient* makeClient() {
 
 IHttpClient* CreateIHttpClient() {
     using koine::platform::makeClient;
-    return koine::platform::orOnShortage<IHttpClient*>(nullptr, makeClient);
+    return koine::orOnShortage<IHttpClient*>(nullptr, makeClient);
 }

@@ -2,9 +2,9 @@
 
 #include "default_platform/characters.h"
 #include "default_platform/resolution_table.h"
-#include "default_platform/shortage.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 
 #include <array>
 #include <string>
@@ -88,7 +88,7 @@ char* getConfigVideoStr_TovlinNVR(const char* resolutionList, int resoIndep, cha
     const Encoder* encoder = encoderOf(koine::viewOf(encoding));
     if (encoder == nullptr)
         return nullptr;
-    return koine::platform::orOnShortage<char*>(nullptr, [&] {
+    return koine::orOnShortage<char*>(nullptr, [&] {
         VideoKeys keys(*encoder);
         keys.addSize(koine::viewOf(resolutionList), resoIndep != 0, {width, height});
         keys.addQuality(quality);

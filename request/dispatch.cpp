@@ -8,10 +8,10 @@
 #include "request/object_lock.h"
 #include "stream/required_client.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 #include "text/words.h"
 
 #include <array>
-#include <new>
 
 using namespace koine;
 
@@ -276,12 +276,8 @@ private:
 int BaseRequest::requestHttpStr(unsigned int uid, char* url, char* username, char* password, char** answer) {
     const ObjectLock lock(*this);
     OwnedText text;
-    int result = kNoResource;
-    try {
-        result = Dispatch(*this, uid, url, answer != nullptr, text).run(username, password);
-    } catch (const std::bad_alloc&) {
-        result = kNoResource;
-    }
+    int result = orNoResource(
+        [&] { return Dispatch(*this, uid, url, answer != nullptr, text).run(username, password); });
     markCheckpoint(kOperation, 3920);
 
     if (result == kOk && !text) {

@@ -6,8 +6,7 @@
 #include "request/transport_traces.h"
 #include "stream/required_client.h"
 #include "text/owned_text.h"
-
-#include <new>
+#include "text/shortage.h"
 
 using namespace koine;
 
@@ -57,7 +56,7 @@ int BaseRequest::requestCgi_1(unsigned int uid, char* url, char** answer, _REQCG
 int BaseRequest::requestHttpData(unsigned int uid, char* url, char* username, char* password) {
     const ObjectLock lock(*this);
     OwnedText text;
-    try {
+    return orNoResource([&]() -> int {
         const boost::shared_ptr<StreamIDClient> client = get_streamid_client(uid);
         int result = requestHttpStr(uid, url, username, password, OutText(text));
         if (result != kOk)
@@ -66,9 +65,7 @@ int BaseRequest::requestHttpData(unsigned int uid, char* url, char* username, ch
         if (result != kOk)
             transport_trace::answerNotParsed(static_cast<int>(uid), strm_setting_channel(), result);
         return result;
-    } catch (const std::bad_alloc&) {
-        return kNoResource;
-    }
+    });
 }
 
 const char* BaseRequest::getCookie() {

@@ -1,23 +1,28 @@
 /// @file
-/// A shortage of memory as a result instead of an exception.
+/// The edge where running out of memory becomes a value instead of an exception.
 #pragma once
 
 #include "koine/types.h"
 
 #include <new>
+#include <utility>
 
 namespace koine {
 
-/// Runs a step that gives a result code.
-/// @retval kNoResource memory ran out inside
-/// @return otherwise the result of the step
-template <typename Step>
-int orNoResource(Step step) {
+/// What `work` gives, or `otherwise` when memory runs out inside.
+template <typename Value, typename Work>
+Value orOnShortage(Value otherwise, Work&& work) {
     try {
-        return step();
+        return std::forward<Work>(work)();
     } catch (const std::bad_alloc&) {
-        return kNoResource;
+        return otherwise;
     }
+}
+
+/// The result of a step, or `kNoResource` when memory runs out inside.
+template <typename Step>
+int orNoResource(Step&& step) {
+    return orOnShortage<int>(kNoResource, std::forward<Step>(step));
 }
 
 } // namespace koine
