@@ -168,6 +168,23 @@ TEST_F(Rewrite, AQualityIsConvertedInSinglePrecision) {
         EXPECT_EQ(items(encoder("1", ".Quality=") + host), encoder("1", ".Quality=") + onDevice);
 }
 
+/// Rounded once after both operations, the last digit of each would be another.
+TEST_F(Rewrite, AQualityIsRoundedAfterEachOperation) {
+    struct Row {
+        float lowest;
+        const char* host;
+        const char* onDevice;
+    };
+    const Row rows[] = {{0.5F, "3.15", "0.82"}, {1.0F, "1.85", "1.18"}, {2.0F, "2.45", "2.24"},
+                        {4.0F, "3.65", "4.36"}, {8.0F, "6.05", "8.60"}, {10.0F, "6.05", "10.60"}};
+    for (const Row& row : rows) {
+        camera.setSettingQualitySrcMin(row.lowest);
+        camera.setSettingQualitySrcMax(row.lowest + 1.0F);
+        EXPECT_EQ(items(encoder("1", ".Quality=") + row.host), encoder("1", ".Quality=") + row.onDevice)
+            << row.lowest;
+    }
+}
+
 TEST_F(Rewrite, OtherEncoderItemsAreKept) {
     for (const std::string& item :
          {encoder("1", ".Quality=best"), encoder("1", ".Quality.Max=3"), encoder("x", ".Quality=3"),
