@@ -14,7 +14,7 @@ int BaseRequest::getCacheConfigAll(unsigned int uid, int /*mode*/, char** answer
         &BaseRequest::getCacheConfigCamera, &BaseRequest::getCacheConfigNotification,
         &BaseRequest::getCacheConfigMisc,
     };
-    JoinedAnswer joined;
+    JoinedAnswer joined(JoinedAnswer::SeparatedFrom::text);
     int result = joined.create() ? kOk : kNoResource;
     for (const Get get : kParts) {
         if (result != kOk)

@@ -15,6 +15,11 @@ class JoinedAnswer {
 public:
     enum class Outcome { joined, notCreated, notResized };
 
+    /// What a part must find before it to get a line end in between: any part, or a text that is not empty.
+    enum class SeparatedFrom { parts, text };
+
+    explicit JoinedAnswer(SeparatedFrom separatedFrom) noexcept : separatedFrom_(separatedFrom) {}
+
     /// Makes room before the first part comes; `append` does it by itself otherwise.
     bool create() {
         text_.reset(static_cast<char*>(std::calloc(1, kFirstCapacity)));
@@ -28,9 +33,10 @@ public:
         required_ += part.size() + kRoomPerPart;
         if (required_ > capacity_ && !resize())
             return Outcome::notResized;
-        if (length_ > 0)
+        if (separatedFrom_ == SeparatedFrom::parts ? hasParts_ : length_ > 0)
             put("\n");
         put(part);
+        hasParts_ = true;
         return Outcome::joined;
     }
 
@@ -58,6 +64,8 @@ private:
         text_.get()[length_] = '\0';
     }
 
+    SeparatedFrom separatedFrom_;
+    bool hasParts_ = false;
     OwnedText text_;
     std::size_t length_ = 0;
     std::size_t required_ = 0;

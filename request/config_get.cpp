@@ -4,6 +4,7 @@
 #include "koine/BaseRequest.h"
 #include "request/config_traces.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 #include "text/tokens.h"
 #include "text/words.h"
 
@@ -63,13 +64,14 @@ int BaseRequest::handleConfigGet(unsigned int uid, char* url, char** answer) {
     if (!copy)
         return outOfMemory(3296);
 
-    JoinedAnswer joined;
+    JoinedAnswer joined(JoinedAnswer::SeparatedFrom::parts);
     for (const std::string_view token : Tokens(copy.get(), "=,\n")) {
         const CategoryStep* const known = categoryOf(token);
         if (known == nullptr)
             continue;
         OwnedText text;
-        const int result = known->step(*this, uid, url, std::string(token).c_str(), OutText(text));
+        const int result = orNoResource(
+            [&] { return known->step(*this, uid, url, std::string(token).c_str(), OutText(text)); });
         if (result != kOk) {
             config_trace::categoryFailed(known->traceLine, orEmpty(url), result);
             *answer = joined.release(); // what was gathered so far

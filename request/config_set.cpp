@@ -6,6 +6,7 @@
 #include "request/config_traces.h"
 #include "request/line_copy.h"
 #include "text/numbers.h"
+#include "text/shortage.h"
 #include "text/tokens.h"
 #include "text/words.h"
 
@@ -110,8 +111,11 @@ int BaseRequest::handleConfigSet(unsigned int uid, char* url) {
         config_trace::setOutOfMemory(3418, kNoResource);
         return kNoResource;
     }
-    ConfigSet set(*this, line.work);
-    for (const std::string_view token : Tokens(line.text(), "&\n"))
-        set.item(token);
-    return set.bringInLine(uid, url);
+    // Entries that were written before memory ran out stay written.
+    return orNoResource([&] {
+        ConfigSet set(*this, line.work);
+        for (const std::string_view token : Tokens(line.text(), "&\n"))
+            set.item(token);
+        return set.bringInLine(uid, url);
+    });
 }

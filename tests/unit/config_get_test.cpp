@@ -137,6 +137,14 @@ TEST_F(ConfigGet, ACategoryWithoutATextAddsNothing) {
     EXPECT_EQ(get("Video.*,Misc.*"), "<Misc>");
 }
 
+TEST_F(ConfigGet, AnEmptyTextIsAPartAsWell) {
+    parts["Video"] = {1, true, ""};
+    EXPECT_EQ(get("Video.*"), "");
+    EXPECT_FALSE(answer.isNull());
+    EXPECT_EQ(get("Video.*,Camera.*"), "\n<Camera>");
+    EXPECT_EQ(get("Camera.*,Video.*,Misc.*"), "<Camera>\n\n<Misc>");
+}
+
 TEST_F(ConfigGet, TheAnswerIsClearedFirst) {
     char before[] = "before";
     char* pointer = before;
@@ -227,6 +235,21 @@ TEST_F(ConfigGet, WithoutMemoryItSaysWhereAndStoresNothing) {
         EXPECT_TRUE(tracesAre({"???#" + std::to_string(sourceLines[n - 1]) +
                                " BaseRequest::handleConfigGet: uid=7:5, err-8. \n"}));
     }
+}
+
+TEST_F(ConfigGet, ACategoryThatCannotBeNamedForLackOfMemoryFailsAsOne) {
+    const std::string category = "Video." + std::string(100, 'x'); // too long for a small string
+    line = "category=Camera.A," + category;
+    char* text = nullptr;
+    // Texts: the copy of the line, the answer. Then the name of the second category.
+    FailAllocations third(3);
+    int result = 0;
+    EXPECT_NO_THROW(result = camera.handleConfigGet(kUser, line.data(), &text));
+    EXPECT_TRUE(third.stop());
+    EXPECT_EQ(result, -8);
+    EXPECT_STREQ(text, "<Camera>");
+    std::free(text);
+    EXPECT_TRUE(tracesAre({"??#3317 BaseRequest.requestHttp: pchInputUrl=" + line + ", error-8. \n"}));
 }
 
 // ---- With the device behind it

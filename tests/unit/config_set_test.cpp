@@ -322,5 +322,24 @@ TEST_F(ConfigSet, WithoutMemoryItSaysWhereAndWritesNothing) {
     }
 }
 
+TEST_F(ConfigSet, MemoryThatRunsOutAnywhereGivesMinusEight) {
+    const std::string value(100, 'v'); // too long for a small string
+    std::string text =
+        "Config.cgi?action=set&Video." + value + "=" + value + "&" + kQuality + "=0.5&Misc.A=1";
+    const unsigned int last = failEachAllocation([&](unsigned int n) {
+        Camera one;
+        one.setMediaProfile(1);
+        one.steps.syncVideoConfigByMediaConfig = [](unsigned int, char*) { return 1; };
+        int result = 0;
+        FailAllocations once(n);
+        EXPECT_NO_THROW(result = one.handleConfigSet(kUser, text.data())) << n;
+        const bool failed = once.stop();
+        EXPECT_EQ(result, failed ? -8 : 1) << n;
+        return failed;
+    });
+    EXPECT_GT(last, 5U);
+    EXPECT_LT(last, 10000U);
+}
+
 } // namespace
 } // namespace koine::test
