@@ -89,19 +89,22 @@ private:
         return name;
     }
 
+    /// Not every command talks to a device.
+    template <typename Command>
+    static ExitCode runWith(const Command& command, [[maybe_unused]] const Arguments& arguments) {
+        if constexpr (std::is_invocable_v<decltype(&Command::run), const Command&, const Arguments&>)
+            return command.run(arguments);
+        else
+            return command.run();
+    }
+
     template <typename Command>
     CLI::App& add(const char* name, const char* description, const std::shared_ptr<Command>& command,
                   const char* examples) {
         CLI::App& sub = *app_.add_subcommand(name, description);
         sub.footer(examples);
-        sub.callback([this, command] {
-            action_ = [this, command] {
-                if constexpr (std::is_invocable_v<decltype(&Command::run), Command, const Arguments&>)
-                    return command->run(arguments_);
-                else
-                    return command->run();
-            };
-        });
+        sub.callback(
+            [this, command] { action_ = [this, command] { return runWith(*command, arguments_); }; });
         return sub;
     }
 

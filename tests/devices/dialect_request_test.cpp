@@ -115,9 +115,10 @@ struct Refusal {
 };
 
 TEST_F(DialectRequestTest, TheStatusOfASetIsItsResult) {
-    for (const Refusal& refusal : {Refusal{kUnknown, -11}, Refusal{"-35\nERROR: Authentication error.\n", -1},
-                                   Refusal{"1\nsomething\n", -2}, Refusal{"5\n", 5}, Refusal{"-12", -12},
-                                   Refusal{"0\nOK\n", 1}, Refusal{"<html>done</html>", 1}, Refusal{"", 1}}) {
+    for (const Refusal& refusal :
+         {Refusal{kUnknown, -11}, Refusal{"-35\nERROR: Authentication error.\n", -1},
+          Refusal{"1\nsomething\n", -2}, Refusal{"5\n", 5}, Refusal{"-12", -12}, Refusal{"0\nOK\n", 1},
+          Refusal{"<html>log in</html>", -2}, Refusal{"", 1}}) {
         peer.answers("Config.cgi?action=set", refusal.answer);
         std::string text;
         EXPECT_EQ(send("Config.cgi?action=set&Video.A=1", &text), refusal.result) << refusal.answer;

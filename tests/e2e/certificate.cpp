@@ -52,7 +52,7 @@ X509Owner selfSigned(EVP_PKEY* key) {
 } // namespace
 
 Certificate::Certificate() {
-    const Key key(EVP_EC_gen("P-256"), EVP_PKEY_free);
+    const Key key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"), EVP_PKEY_free);
     const X509Owner certificate = selfSigned(key.get());
     certificateFile_ = writeFile([&](std::FILE* file) { return PEM_write_X509(file, certificate.get()); });
     keyFile_ = writeFile([&](std::FILE* file) {
