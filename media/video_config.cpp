@@ -28,13 +28,14 @@ char* BaseRequest::getConfigVideoStr(std::map<int, _tagProfileMap*>& profiles) {
         return nullptr;
     }
     std::string line(url.get());
+    bool isWhole = true;
     for (const auto& [number, profile] : profiles) {
         const std::string& resolutions = entry(capability_.map, keys::kVideoResolution);
         const OwnedText keys = videoKeys(resolutions.c_str(), getIsResoIndep(), *profile);
-        // All or nothing: a line with some of the profiles would leave the device half changed.
-        if (viewOf(keys.get()).empty())
-            return nullptr;
-        line += keys.get();
+        isWhole = isWhole && !viewOf(keys.get()).empty();
+        if (isWhole)
+            line += keys.get();
     }
-    return copyText(line).release();
+    // All or nothing: a line with some of the profiles would leave the device half changed.
+    return isWhole ? copyText(line).release() : nullptr;
 }

@@ -121,6 +121,7 @@ TEST_F(VideoConfig, AProfileThatCannotBeExpressedSpoilsTheLine) {
 TEST_F(VideoConfig, WhatComesAfterwardsDoesNotMendTheLine) {
     results = {"&A=1", nullptr, "&C=1"};
     EXPECT_EQ(compose({1, 2, 3}), "(null)");
+    EXPECT_EQ(orders.size(), 3U) << "every profile is tried";
     orders.clear();
     results = {"", "&B=1"};
     EXPECT_EQ(compose({1, 2}), "(null)");
