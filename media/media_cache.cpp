@@ -9,6 +9,7 @@
 #include "stream/required_client.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
+#include "text/shortage.h"
 
 using namespace koine;
 
@@ -84,7 +85,7 @@ int BaseRequest::getCacheConfigMedia(unsigned int uid, int refresh, const char* 
     if (refresh == 1)
         media_.map.clear();
     OwnedText text;
-    int result = MediaFill(*this, uid, client, text).run(url);
+    int result = orNoResource([&] { return MediaFill(*this, uid, client, text).run(url); });
     if (result == kOk && answer != nullptr) {
         text.reset(getCgiStr(&media_.map, key));
         if (!text) {
@@ -93,12 +94,13 @@ int BaseRequest::getCacheConfigMedia(unsigned int uid, int refresh, const char* 
         }
     }
     // A device without media profiles is as good as one with none.
-    if (result == kOk || result == kNoFunction) {
-        setProfileCount(readInt(entry(media_.map, kProfileCountKey)));
-        if (getProfileCount() > 0)
-            setMediaProfile(1);
-        result = kOk;
-    }
+    if (result == kOk || result == kNoFunction)
+        result = orNoResource([&] {
+            setProfileCount(readInt(entry(media_.map, kProfileCountKey)));
+            if (getProfileCount() > 0)
+                setMediaProfile(1);
+            return kOk;
+        });
     if (answer != nullptr) {
         if (!text)
             text = copyText(answers::kUnknownParameter);

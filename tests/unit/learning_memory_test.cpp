@@ -66,6 +66,30 @@ TEST(LearningMemory, MachinesAreLearnedAfterEveryShortage) {
         Afterwards::complete);
 }
 
+TEST(LearningMemory, ProfilesAreLearnedAfterEveryShortage) {
+    failEverywhere(
+        [](Camera& camera) {
+            camera.has(kCapabilityLine, "Capability.Video.Format=MJPEG,H.264\n"
+                                        "Capability.Video.Resolution.Use=640x480,1280x720\n");
+            camera.has(kMediaLine, "Media.Profiles.Count=2\n"
+                                   "Media.Profiles.Profile1.VideoEncoderConfiguration.token=E1\n"
+                                   "Media.Profiles.Profile1.VideoEncoderConfiguration.Quality=60\n"
+                                   "Media.Profiles.Profile2.VideoEncoderConfiguration.token=E2\n");
+        },
+        [](Camera& camera, char** answer) {
+            return camera.getCacheConfigMedia(kUser, 0, nullptr, "Media.*", answer);
+        },
+        Afterwards::complete);
+}
+
+TEST(LearningMemory, ProfilesAreCountedOnDevicesThatDoNot) {
+    failEverywhere([](Camera& camera) { camera.has(kMediaLine, "Media.Kind=1\n"); },
+                   [](Camera& camera, char** answer) {
+                       return camera.getCacheConfigMedia(kUser, 0, nullptr, "Media.*", answer);
+                   },
+                   Afterwards::complete);
+}
+
 TEST(LearningMemory, CategoriesAreDecidedByEveryShortage) {
     const auto pell = [](Camera& camera) {
         camera.setVendor("TOVLIN");
