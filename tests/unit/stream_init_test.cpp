@@ -288,6 +288,28 @@ TEST_F(StreamInit, WithoutACountNoProfileIsSettledButTheSynchronisationRuns) {
     }
 }
 
+TEST_F(StreamInit, LooksUpByIndexAndSoCreatesWhatIsMissing) {
+    request.search = [](unsigned int) { return 1; };
+    request.setMediaProfile(1);
+    EXPECT_EQ(start(), 1);
+    EXPECT_EQ(request.login(), (CgiMap{{"Product-Name", ""}}));
+    EXPECT_EQ(request.media(), (CgiMap{{"Media.Profiles.Count", ""}}));
+
+    request.media()["Media.Profiles.Count"] = "2";
+    EXPECT_EQ(start(), 1);
+    EXPECT_EQ(request.media(), (CgiMap{{"Media.Profiles.Count", "2"},
+                                       {"Media.Profiles.Profile1.token", ""},
+                                       {"Media.Profiles.Profile2.token", ""}}));
+    EXPECT_EQ(client.profile_id(), 2);
+    EXPECT_STREQ(client.profile_token(), "");
+}
+
+TEST_F(StreamInit, AUserThatNamesNoStreamLeavesTheLoginAlone) {
+    client.setSettingStream("");
+    EXPECT_EQ(start(), 1);
+    EXPECT_TRUE(request.login().empty());
+}
+
 TEST_F(StreamInit, TheQualityOfTheProfileBecomesTheCurrentOne) {
     threeProfiles();
     client.set_profile_token("T2");

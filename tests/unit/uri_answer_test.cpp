@@ -228,6 +228,13 @@ TEST_F(UriAnswer, LooksUpByIndexAndSoCreatesWhatIsMissing) {
     EXPECT_EQ(ask("", -2), "(null)");
     EXPECT_EQ(request.media(), (CgiMap{{"Media.Profiles.Count", ""}}));
 
+    request.media()["Media.Profiles.Count"] = "1";
+    EXPECT_EQ(ask("&ProfileToken=x", -2), "(null)");
+    EXPECT_EQ(request.media(),
+              (CgiMap{{"Media.Profiles.Count", "1"}, {"Media.Profiles.Profile1.token", ""}}));
+    EXPECT_EQ(ask("", -2), "(null)");
+    EXPECT_EQ(request.encoderValue(1, ".Encoding"), "");
+
     client.set_profile_id(5);
     ask();
     EXPECT_EQ(request.media().count("Media.Profiles.Profile5.token"), 1U);

@@ -104,12 +104,17 @@ TEST_F(VideoSync, OnAPellDeviceTheSizeIsNotTakenFromTheCache) {
     const _tagProfileMap record = recordOf("Quality=1");
     EXPECT_EQ(record.width, 0);
     EXPECT_EQ(record.height, 0);
+    request.media().clear();
+    recordOf("Quality=1");
+    EXPECT_TRUE(request.media().empty()) << "nobody looked";
 }
 
-TEST_F(VideoSync, ASizeThatTheCacheLacksIsZero) {
+TEST_F(VideoSync, ASizeThatTheCacheLacksIsZeroAndCreated) {
     const _tagProfileMap record = recordOf("Quality=1");
     EXPECT_EQ(record.width, 0);
     EXPECT_EQ(record.height, 0);
+    EXPECT_EQ(request.encoderValue(1, ".Resolution.Width"), "");
+    EXPECT_EQ(request.encoderValue(1, ".Resolution.Height"), "");
 }
 
 TEST_F(VideoSync, TheLineWinsOverTheCache) {
