@@ -13,7 +13,7 @@ namespace {
 const std::string kMediaLine = "Config.cgi?action=get&category=Media.*&ch=1";
 const std::string kUnknown = "-11\nERROR: Unknown parameter.\n";
 
-/// Hands a chosen result out of the conversion.
+/// Hands a chosen result out of the conversion and sees how the capabilities are filled.
 class FailingConversion : public BenchRequest {
 public:
     using BenchRequest::BenchRequest;
@@ -23,9 +23,18 @@ public:
         conversionUid = uid;
         return result;
     }
+    int getCacheCapability(unsigned int uid, int refresh, const char* url, char** answer) override {
+        ++capabilityFills;
+        fillsPlainly = fillsPlainly && refresh == 0 && url == nullptr && answer == nullptr;
+        capabilityUid = uid;
+        return BenchRequest::getCacheCapability(uid, refresh, url, answer);
+    }
     int result = 1;
     int conversions = 0;
     unsigned int conversionUid = 0;
+    int capabilityFills = 0;
+    bool fillsPlainly = true;
+    unsigned int capabilityUid = 0;
 };
 
 class MediaCache : public ::testing::Test {
@@ -191,10 +200,13 @@ TEST_F(MediaCache, FailsWithTheCapabilities) {
 }
 
 TEST_F(MediaCache, ChecksTheCapabilitiesOnEveryCall) {
-    EXPECT_EQ(get(), 1);
-    EXPECT_EQ(request.sent.size(), 3U);
-    answers["Login.cgi"] = {-1, "(none)"}; // both are filled, so nobody asks
-    EXPECT_EQ(get(), 1);
+    AnswerText answer;
+    EXPECT_EQ(get(answer.out()), 1);
+    EXPECT_EQ(get(nullptr, 1, "http://camera/unknown"), 1);
+    EXPECT_EQ(request.capabilityFills, 2);
+    EXPECT_EQ(request.capabilityUid, kUid);
+    EXPECT_TRUE(request.fillsPlainly) << "neither the refresh nor the URL nor the answer is theirs";
+    EXPECT_EQ(request.sent.size(), 3U) << "they are filled, so nobody asks";
 }
 
 TEST_F(MediaCache, FailsWhenTheDeviceRefuses) {
