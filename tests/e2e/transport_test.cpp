@@ -1,7 +1,7 @@
 // What the way to the device does beside carrying lines: connections, cookies, TLS, counters.
 
-#include "tests/e2e/certificate.h"
 #include "tests/e2e/rig.h"
+#include "tests/support/certificate.h"
 
 #include "default_platform/host_settings.h"
 

@@ -1,9 +1,9 @@
 #include "simulator/simulated_device.h"
 
-#include "certificate.h"
 #include "curl_client.h"
 #include "raw_client.h"
 #include "test_device.h"
+#include "tests/support/certificate.h"
 
 #include <dirent.h>
 #include <gtest/gtest.h>
@@ -96,7 +96,7 @@ TEST(SimulatedDevice, SetsItsCookieAndCountsItsReturn) {
 }
 
 TEST(SimulatedDevice, SpeaksTls) {
-    const TestCertificate certificate;
+    const Certificate certificate;
     sim::Options options = optionsFor("minimal", sim::AuthKind::digestMd5);
     options.https = true;
     options.certificateFile = certificate.certificateFile();
@@ -106,7 +106,7 @@ TEST(SimulatedDevice, SpeaksTls) {
     CurlClient client;
     client.setCredentials(CURLAUTH_DIGEST, "admin", "open:sesame");
     EXPECT_EQ(client.get(device.url() + kLine).code, CURLE_PEER_FAILED_VERIFICATION);
-    client.trust(certificate.certificateFile().string());
+    client.trust(certificate.certificateFile());
     EXPECT_EQ(client.get(device.url() + kLine).status, 200);
     device.setFault(FaultKind::close);
     EXPECT_EQ(client.get(device.url() + kLine).code, CURLE_OK);

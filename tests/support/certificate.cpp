@@ -1,4 +1,4 @@
-#include "tests/e2e/certificate.h"
+#include "tests/support/certificate.h"
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
