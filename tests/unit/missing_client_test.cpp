@@ -57,5 +57,37 @@ TEST_F(MissingClient, IsNoticedWhenTheProfilesOfItsChannelAreAskedFor) {
     EXPECT_EQ(unfilled.getCacheConfigMedia(kUid, 0, "http://camera/any", nullptr, nullptr), 1);
 }
 
+TEST_F(MissingClient, IsNoticedWhenALineNeedsTheUsersProfile) {
+    const auto rewrite = [this](std::string line) {
+        AnswerText rewritten;
+        EXPECT_EQ(request.recoveryUrl(kUid, line.data(), rewritten.out()), 1);
+    };
+    EXPECT_DEATH(rewrite("PTZ.cgi?Pan=1"), "no stream client");
+    EXPECT_DEATH(rewrite("Serial.cgi?Data=ff"), "no stream client");
+    rewrite("Config.cgi?action=set&Camera.DPTZ=1");
+    request.setIsIDPTZ(1);
+    EXPECT_DEATH(rewrite("Config.cgi?action=set&Camera.DPTZ=1"), "no stream client");
+}
+
+TEST_F(MissingClient, IsNoticedWhenAQualityMustBeNoted) {
+    const std::string encoder = "Media.Profiles.Profile1.VideoEncoderConfiguration";
+    const auto check = [this](std::string line) { return request.checkCgiParameter(kUid, line.data()); };
+    EXPECT_DEATH(check(encoder + ".Quality=5"), "no stream client");
+    EXPECT_EQ(check(encoder + ".Quality=good"), 1);
+    EXPECT_EQ(check(encoder + ".RateControl.FrameRateLimit=0"), -2);
+}
+
+TEST_F(MissingClient, IsNoticedWhenThereIsAnAnswerToParse) {
+    struct Answering : NoClients {
+        int requestHttpStr(unsigned int, char*, char*, char*, char**) override { return result; }
+        int result = -3;
+    };
+    Answering answering;
+    char line[] = "Other.cgi";
+    EXPECT_EQ(answering.requestHttpData(kUid, line, nullptr, nullptr), -3);
+    answering.result = 1;
+    EXPECT_DEATH(answering.requestHttpData(kUid, line, nullptr, nullptr), "no stream client");
+}
+
 } // namespace
 } // namespace koine::test
