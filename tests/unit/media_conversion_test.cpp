@@ -142,6 +142,14 @@ TEST_F(MediaConversion, ScalesAgainOnEveryCallWithTheStepOfTheMoment) {
     EXPECT_EQ(at(v(1, ".Quality.Src")), "60");
 }
 
+TEST_F(MediaConversion, AStepBelowZeroGivesTheLowestQuality) {
+    profiles(1);
+    client.setQualityStep(-10.0F);
+    media[v(1, ".Quality")] = "60";
+    convert();
+    EXPECT_EQ(at(v(1, ".Quality")), "0");
+}
+
 TEST_F(MediaConversion, LeavesTheQualityAloneWithoutAStep) {
     profiles(1);
     client.setQualityStep(0.0F);

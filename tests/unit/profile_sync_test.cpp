@@ -35,6 +35,13 @@ TEST_F(ProfileSync, HappensOncePerUser) {
     EXPECT_EQ(request.lines.front().uid, 8U);
 }
 
+TEST_F(ProfileSync, OnlyAMarkOfOneMeansDone) {
+    client.setHaveSyncProfileToken(2);
+    EXPECT_EQ(sync(), 1);
+    EXPECT_EQ(sent(), piece("Encoding=H264"));
+    EXPECT_EQ(client.getHaveSyncProfileToken(), 1);
+}
+
 TEST_F(ProfileSync, IsMarkedAsDoneBeforeTheLineIsSent) {
     EXPECT_EQ(sync(), 1);
     EXPECT_EQ(flagAtDispatch, 1);

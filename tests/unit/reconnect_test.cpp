@@ -130,6 +130,25 @@ TEST_F(Reconnect, AnEarlierAnswerIsReplaced) {
     EXPECT_EQ(answer.text(), kPlain);
 }
 
+TEST_F(Reconnect, NoParametersNeedNone) {
+    AnswerText answer;
+    EXPECT_EQ(request.handleParameter_1(nullptr, answer.out()), 1);
+    EXPECT_EQ(answer.text(), kPlain);
+}
+
+TEST_F(Reconnect, IsTracedAlsoWhenNobodyWantsTheAnswer) {
+    std::string parameters = width("1280");
+    EXPECT_EQ(request.handleParameter_1(parameters.data(), nullptr), 1);
+    EXPECT_TRUE(
+        tracesAre({"#* BaseRequest.handleParameter2: uid=0:0, NeedReconnect, nGetWidth=0, nWidth=1280. \n"}));
+}
+
+TEST_F(Reconnect, NumbersInParametersAreReadAsTheyAreInItems) {
+    request.encoder(-2, ".Resolution.Height", "-5");
+    EXPECT_EQ(decide(height(" -5", " -2")), kPlain);
+    EXPECT_EQ(decide(height("-6", "-2")), kReconnect);
+}
+
 TEST_F(Reconnect, TheParametersStayAsTheyWere) {
     std::string parameters = "Config.cgi?action=set&" + width("1280") + "&" + height("720") + "\nX=1";
     const std::string before = parameters;

@@ -54,6 +54,15 @@ TEST_F(UriAnswer, NeedsAnAnswerPointer) {
     EXPECT_TRUE(request.uriOrders.empty());
 }
 
+TEST_F(UriAnswer, OfNoLineIsThatOfAnEmptyOne) {
+    AnswerText answer;
+    EXPECT_EQ(request.buildCgiGetStreamUri(kUid, nullptr, answer.out()), 1);
+    EXPECT_EQ(answer.text(), fullAnswer("rtsp://camera/live"));
+    EXPECT_EQ(request.buildCgiGetStreamUri(kUid, nullptr, nullptr), -2);
+    EXPECT_TRUE(tracesAre({"?#* buildCgiOnvifGetStreamUri: uid=7:3, pchUrl=, no Media. \n",
+                           "??#* buildCgiOnvifGetStreamUri: uid=7:3, pchUrl=, err-2. \n"}));
+}
+
 TEST_F(UriAnswer, OfADeviceWithoutProfilesIsForH264OfAnySize) {
     EXPECT_EQ(ask(), fullAnswer("rtsp://camera/live"));
     ASSERT_EQ(request.uriOrders.size(), 1U);
