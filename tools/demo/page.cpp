@@ -78,11 +78,16 @@ void Page::deviceRequest(const DeviceRequest& request) const {
 }
 
 void Page::longLine(std::string_view text) const {
-    // A second row holds the rest of nearly everything, URIs above all; lists of sizes are cut there.
     constexpr std::size_t kRoom = kWidth - kMargin;
-    printLine(indent(kMargin) + std::string(text.substr(0, kRoom)));
-    if (text.size() > kRoom)
-        printLine(indent(2 * kMargin) + shortened(text.substr(kRoom), kRoom - kMargin));
+    if (text.size() <= kRoom) {
+        printLine(indent(kMargin) + std::string(text));
+        return;
+    }
+    // A second row holds the rest of nearly everything, URIs above all; lists of sizes are cut there.
+    const std::size_t joint = text.substr(0, kRoom).find_last_of("?&,");
+    const std::size_t end = joint == std::string_view::npos || joint < kRoom / 2 ? kRoom : joint;
+    printLine(indent(kMargin) + std::string(text.substr(0, end)));
+    printLine(indent(2 * kMargin) + shortened(text.substr(end), kRoom - kMargin));
 }
 
 void Page::answer(const Answer& answer, const Cost& cost, bool sameAsBefore) const {
