@@ -3,6 +3,7 @@
 #include "bench_request.h"
 #include "observed.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 namespace koine::test {
@@ -43,6 +44,21 @@ public:
     bool takesChannel = true;
     int syncResult = 1;
     std::function<int(unsigned int)> search;
+};
+
+/// Shows what the start does to a stream user, and says that another profile serves it.
+class WatchedClient : public StreamIDClient {
+public:
+    void setSettingQualitySrcMax(float) override { calls += "max;"; }
+    void setSettingQualitySrcMin(float) override { calls += "min;"; }
+    void setQualityStep(float) override { calls += "step;"; }
+    void setSettingFramerateSrcMax(int) override { calls += "rate max;"; }
+    void setSettingFramerateSrcMin(int) override { calls += "rate min;"; }
+    void setNowQuality(float) override { calls += "quality;"; }
+    int profile_id() const override { return servedBy; }
+
+    std::string calls;
+    int servedBy = 0;
 };
 
 class StreamInit : public ::testing::Test {
@@ -129,6 +145,27 @@ TEST_F(StreamInit, TheStepOfTheRequestWinsOverTheRecomputedOne) {
     request.setQualityStep(3.0F);
     EXPECT_EQ(start(), 1);
     EXPECT_EQ(client.getQualityStep(), 3.0F);
+}
+
+TEST_F(StreamInit, CopiesTheLimitsInTheirOrder) {
+    const auto watched = boost::make_shared<WatchedClient>();
+    request.get_streamid_client(8) = watched;
+    EXPECT_EQ(request.HandleInit(8), 1);
+    EXPECT_EQ(watched->calls, "max;min;step;rate max;rate min;");
+}
+
+TEST_F(StreamInit, TakesTheQualityOnlyOfAProfileThatIsCounted) {
+    threeProfiles();
+    const auto watched = boost::make_shared<WatchedClient>();
+    watched->setSettingStream("RTP-Unicast");
+    request.get_streamid_client(8) = watched;
+    for (const int profile : {0, 3, 4}) {
+        request.encoder(profile, ".Quality", "5");
+        watched->servedBy = profile;
+        watched->calls.clear();
+        EXPECT_EQ(request.HandleInit(8), 1);
+        EXPECT_EQ(watched->calls.find("quality;") != std::string::npos, profile == 3) << profile;
+    }
 }
 
 TEST_F(StreamInit, CopiesNoLimitsWhenTheCachesFail) {
