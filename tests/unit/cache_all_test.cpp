@@ -61,6 +61,17 @@ TEST_F(CacheAll, StopsAtTheFirstThatDoesNotGiveOne) {
         }
 }
 
+TEST_F(CacheAll, AStreamOnlySourceIsNotAskedForAnything) {
+    for (const char* vendor : {"ONLY_STREAM", "only_stream", "Only_Stream: rtsp"}) {
+        camera.setVendor(vendor);
+        EXPECT_EQ(camera.cacheCgi(31), 1) << vendor;
+        EXPECT_EQ(calls, Lines{}) << vendor;
+    }
+    camera.setVendor("ONLY_STREA");
+    EXPECT_EQ(camera.cacheCgi(31), 1);
+    EXPECT_EQ(calls, order);
+}
+
 TEST_F(CameraTest, AWholeDeviceIsAskedEachLineOnce) {
     EXPECT_EQ(camera.cacheCgi(kUser), 1);
     EXPECT_EQ(camera.asked(), (Lines{kLoginLine, kCapabilityLine, kMediaLine, kVideoLine, kCameraLine,

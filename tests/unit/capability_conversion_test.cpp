@@ -103,6 +103,14 @@ TEST_F(CapabilityConversion, NamesThatAreNotKnownAreSkipped) {
     EXPECT_EQ(at(kSizes), "352x240,176x120");
 }
 
+TEST_F(CapabilityConversion, ALineEndSeparatesToo) {
+    capability["Capability.Video.Jpeg.Resolution"] = "CIF\nQVGA";
+    capability["Capability.Video.Resolution.Use"] = "a\nb";
+    convert();
+    EXPECT_EQ(codec("JPEG"), "352x240,320x240");
+    EXPECT_EQ(at(kSizes), "a,b");
+}
+
 TEST_F(CapabilityConversion, ASemicolonDoesNotSeparateNames) {
     capability["Capability.Video.Resolution"] = "CIF;D1,QVGA";
     convert();

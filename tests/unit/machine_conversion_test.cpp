@@ -78,6 +78,12 @@ TEST_F(MachineConversion, SizesAreSeparatedByACommaAndASpace) {
     EXPECT_EQ(at("Capability.Video.Resolution"), "CIF,D1,XX,VGA");
 }
 
+TEST_F(MachineConversion, ALineEndSeparatesNamesToo) {
+    capability["Capability.Video.Resolution"] = "CIF\nVGA";
+    convert();
+    EXPECT_EQ(at(kSizes), "352x240, 640x480");
+}
+
 TEST_F(MachineConversion, SizesFollowTheVideoSystem) {
     machine["Video.Resolution"] = "CIF,D1";
     login["Video-System"] = "PAL";
