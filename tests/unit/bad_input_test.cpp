@@ -31,6 +31,8 @@ TEST_F(BadInput, ANullLineIsRefused) {
     Answer answer;
     EXPECT_EQ(send(nullptr, answer.out()), -2);
     EXPECT_EQ(answer.text(), kUnknownParameter);
+    ASSERT_EQ(traces().size(), 2U) << "entry, and one line for the failure";
+    EXPECT_NE(traces().back().find("uid=7:3, pchUrl=(null), err-2"), std::string::npos) << traces().back();
     EXPECT_EQ(send(nullptr, nullptr), -2);
     EXPECT_EQ(request.requestHttpData(kUser, nullptr, nullptr, nullptr), -2);
     EXPECT_TRUE(platform().requests().empty());

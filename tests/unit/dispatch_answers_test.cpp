@@ -71,6 +71,18 @@ TEST_F(StreamOnly, IsCarriedOutWithoutAnAnswerPointerToo) {
     EXPECT_EQ(request.tell("Other.cgi"), 1);
 }
 
+TEST_F(StreamOnly, FailsWhenTheFixedAnswerDoesNotFitIntoMemory) {
+    for (std::string line : {"Other.cgi", "Capability.cgi?action=get"}) {
+        Answer answer;
+        FailAllocations fail(2, FailAllocations::Then::recover, FailAllocations::Which::texts);
+        const int result =
+            request.BaseRequest::requestHttpStr(kUser, line.data(), nullptr, nullptr,
+                                                answer.out()); // the copy of the line comes first
+        EXPECT_TRUE(fail.stop());
+        EXPECT_EQ((Reply{result, answer.text()}), (Reply{-8, kUnknownParameter})) << line;
+    }
+}
+
 TEST_F(StreamOnly, StartsAPendingStreamFirst) {
     request.init(kUser, "prepared");
     EXPECT_EQ(request.ask("Other.cgi").text, kPlainOk);

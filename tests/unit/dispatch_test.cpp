@@ -100,6 +100,57 @@ TEST_F(Dispatch, LearnsTheSchemesPortAndAnIpv6Address) {
     EXPECT_EQ(fresh.server_port(), 443U);
 }
 
+TEST_F(Dispatch, StoresTheAddressAndThenThePortThroughTheirSetters) {
+    struct Watched : TestRequest {
+        void set_server_address(const char* address) override {
+            platform().note("address " + std::string(address));
+            TestRequest::set_server_address(address);
+        }
+        void set_server_port(unsigned int port) override {
+            platform().note("port " + std::to_string(port));
+            TestRequest::set_server_port(port);
+        }
+    };
+    Watched fresh;
+    fresh.steps = request.steps;
+    platform().forget();
+    EXPECT_EQ(fresh.ask("http://dome:8080/Other.cgi").result, 1);
+    const Lines taken = stepsTaken();
+    ASSERT_GE(taken.size(), 2U);
+    EXPECT_EQ(taken[0], "address dome");
+    EXPECT_EQ(taken[1], "port 8080");
+}
+
+TEST_F(Dispatch, AsksTheObjectForItsAddressAndCredentials) {
+    struct Knows : TestRequest {
+        std::string server_address_2() override { return "known"; }
+        std::string get_username() override { return "known"; }
+        std::string get_password() override { return "known"; }
+        void set_server_address(const char*) override { ADD_FAILURE(); }
+        void set_username(const char*) override { ADD_FAILURE(); }
+        void set_password(const char*) override { ADD_FAILURE(); }
+    };
+    Knows knows;
+    knows.steps = request.steps;
+    EXPECT_EQ(knows.ask("no url").result, 1);
+}
+
+TEST_F(Dispatch, StoresCredentialsThroughTheirSetters) {
+    struct Watched : TestRequest {
+        void set_username(const char* name) override { seen.push_back(name); }
+        void set_password(const char* word) override { seen.push_back(word); }
+        Lines seen;
+    };
+    Watched fresh;
+    fresh.steps = request.steps;
+    fresh.set_server_address("camera");
+    std::string line = "Other.cgi";
+    std::string user = "guest";
+    std::string word = "word";
+    EXPECT_EQ(fresh.requestHttpStr(kUser, line.data(), user.data(), word.data(), nullptr), 1);
+    EXPECT_EQ(fresh.seen, (Lines{"guest", "word"}));
+}
+
 TEST_F(Dispatch, NeverReplacesAKnownAddress) {
     request.set_server_port(81);
     EXPECT_EQ(request.ask("http://elsewhere:9000/Other.cgi").result, 1);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <set>
@@ -82,6 +83,12 @@ TEST_F(Threads, AllOnOneObjectAndOneUser) {
 }
 
 TEST_F(Threads, ParsingTheirAnswersIntoOneUsersMap) {
+    // Slow enough for the next request to begin meanwhile, if it could.
+    platform().hooks.createMapstrFromCgi = [](const char*, CgiMap* map) {
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+        (*map)["Other"] = "1";
+        return 1;
+    };
     TestRequest request;
     request.connect();
     onThreads([&request](unsigned int) {
