@@ -75,6 +75,5 @@ private:
 
 /// What follows the address and port of a URL; a text without a scheme is given back as it is.
 std::string lineOfUrl(const std::string& url);
-inline std::string requestLineOf(const std::string& url) { return lineOfUrl(url); }
 
 } // namespace koine::test

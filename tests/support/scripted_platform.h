@@ -132,6 +132,5 @@ std::string shortAddress(const void* object);
 
 /// A text from `malloc`, for hooks that hand one out.
 char* mallocedText(const std::string& text);
-inline char* heapText(const std::string& text) { return mallocedText(text); }
 
 } // namespace koine::test
