@@ -280,13 +280,13 @@ Examples:
   koine simulate --fault delay=200 --fault close-after-answer
   koine simulate --list-models
 
-The URL is printed when the device is ready. --fault may be given several times;
-a wrong one lists those that are known.)");
+The URL is printed when the device is ready. --fault may be given several times.)");
         sub.add_option("--model", command->model, "which device (default dome)")->type_name("NAME");
         sub.add_option("--models", command->modelFolder, "folder with device models of your own")
             ->type_name("FOLDER")
             ->check(quiet(CLI::ExistingDirectory));
         sub.add_flag("--list-models", command->listModels, "list the models and end");
+        sub.add_flag("--list-faults", command->listFaults, "list what can go wrong and end");
         sub.add_option("--address", command->address, "address to listen on (default 127.0.0.1)")
             ->type_name("ADDRESS");
         sub.add_option("--port", command->port, "port to listen on (default: a free one)")->type_name("N");

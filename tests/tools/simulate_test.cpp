@@ -67,6 +67,12 @@ TEST(SimulateCommand, ListsItsModels) {
         EXPECT_TRUE(contains(outcome.out, "\n" + model + " ")) << outcome.out;
 }
 
+TEST(SimulateCommand, ListsItsFaults) {
+    const Outcome outcome = runTool({"simulate", "--list-faults"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(contains(outcome.out, "truncated-body")) << outcome.out;
+}
+
 TEST(DemoCommand, ShowsTheWholeJobOnOneConnection) {
     const Outcome outcome = runTool({"demo", "--delay", "1"});
     EXPECT_EQ(outcome.exitCode, 0);

@@ -96,6 +96,7 @@ struct SimulateCommand {
     unsigned short port = 0;
     unsigned int nonceLifetime = 0;
     bool listModels = false;
+    bool listFaults = false;
     ExitCode run() const;
 };
 

@@ -92,6 +92,10 @@ ExitCode SimulateCommand::run() const {
         orUsage([&] { tool::listModels(folder); });
         return ExitCode::answered;
     }
+    if (listFaults) {
+        print(sim::faultHelp());
+        return ExitCode::answered;
+    }
     if (certificate.empty() != key.empty())
         throw Failure(ExitCode::usage, "https needs both --tls-certificate and --tls-key");
     sim::Options options = orUsage([&] { return optionsOf(*this, folder); });
