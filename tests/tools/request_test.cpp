@@ -3,12 +3,9 @@
 #include "tests/tools/run_tool.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace koine::test {
 namespace {
-
-using nlohmann::json;
 
 TEST(RequestCommand, OneAnswerGoesToStandardOutputByteForByte) {
     GuardedDome dome;
@@ -34,19 +31,19 @@ TEST(RequestCommand, JsonTellsEverythingAboutEachLine) {
     GuardedDome dome;
     const Outcome outcome = runTool({"request", "--json", dome.url(), "Login.cgi", "Login.cgi", "Nope.cgi"});
     EXPECT_EQ(outcome.exitCode, 1);
-    const json answers = json::parse(outcome.out);
-    ASSERT_EQ(answers.size(), 3U);
-    EXPECT_EQ(answers[0]["line"], "Login.cgi");
-    EXPECT_EQ(answers[0]["result"], 1);
-    EXPECT_EQ(answers[0]["status"], 0);
-    EXPECT_EQ(answers[0]["answered"], true);
-    EXPECT_EQ(answers[0]["values"]["Product-Name"], "TL-4410 Dome");
-    EXPECT_EQ(answers[0]["device_requests"], 1);
-    EXPECT_GE(answers[0]["milliseconds"], 0);
-    EXPECT_EQ(answers[1]["device_requests"], 0) << "from the cache";
-    EXPECT_EQ(answers[2]["result"], -14);
-    EXPECT_EQ(answers[2]["answered"], false);
-    EXPECT_EQ(answers[2]["text"], "-11\nERROR: Unknown parameter.\n");
+    const std::string& json = outcome.out;
+    ASSERT_EQ(jsonSize(json), 3U);
+    EXPECT_EQ(jsonAt(json, "/0/line"), "Login.cgi");
+    EXPECT_EQ(jsonAt(json, "/0/result"), "1");
+    EXPECT_EQ(jsonAt(json, "/0/status"), "0");
+    EXPECT_EQ(jsonAt(json, "/0/answered"), "true");
+    EXPECT_EQ(jsonAt(json, "/0/values/Product-Name"), "TL-4410 Dome");
+    EXPECT_EQ(jsonAt(json, "/0/device_requests"), "1");
+    EXPECT_GT(std::stod(jsonAt(json, "/0/milliseconds")), 0);
+    EXPECT_EQ(jsonAt(json, "/1/device_requests"), "0") << "from the cache";
+    EXPECT_EQ(jsonAt(json, "/2/result"), "-14");
+    EXPECT_EQ(jsonAt(json, "/2/answered"), "false");
+    EXPECT_EQ(jsonAt(json, "/2/text"), "-11\nERROR: Unknown parameter.\n");
 }
 
 TEST(RequestCommand, JsonRepairsTextsThatAreNoUtf8) {
@@ -54,7 +51,7 @@ TEST(RequestCommand, JsonRepairsTextsThatAreNoUtf8) {
     dome.device().setFault(sim::parseFault("answer=0\\nOK\\nA=\xff\xfe\\n;path=PTZ"));
     const Outcome outcome = runTool({"request", "--json", dome.url(), "PTZ.cgi"});
     EXPECT_EQ(outcome.exitCode, 0);
-    EXPECT_EQ(json::parse(outcome.out)[0]["values"]["A"], "\xef\xbf\xbd\xef\xbf\xbd");
+    EXPECT_EQ(jsonAt(outcome.out, "/0/values/A"), "\xef\xbf\xbd\xef\xbf\xbd");
 }
 
 TEST(RequestCommand, ARefusalOfTheDeviceHasTheExitCode1) {

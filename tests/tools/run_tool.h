@@ -77,4 +77,11 @@ private:
 
 bool contains(const std::string& text, const std::string& part);
 
+/// What stands at a place of a JSON text ("/0/values/A"): a text as it is, anything else as JSON; for what is
+/// not there "(absent)", for a text that is no JSON "(no JSON)".
+std::string jsonAt(const std::string& text, const std::string& place);
+
+/// How many elements or members the value there has.
+std::size_t jsonSize(const std::string& text, const std::string& place = {});
+
 } // namespace koine::test
