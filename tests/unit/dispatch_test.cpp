@@ -2,6 +2,9 @@
 // pending stream, the answer.
 
 #include "dispatch_bench.h"
+#include "request/checkpoint.h"
+
+#include <cstring>
 
 namespace koine::test {
 namespace {
@@ -318,6 +321,17 @@ TEST_F(Dispatch, AnswersPlainlyWhenNobodyGaveAText) {
     EXPECT_EQ(request.ask("Other.cgi"), (Reply{1, kPlainOk}));
 }
 
+TEST_F(Dispatch, FailsWhenThePlainAnswerDoesNotFitIntoMemory) {
+    request.steps.requestCgi = [](auto...) { return 1; };
+    std::string line = "Other.cgi";
+    Answer answer;
+    FailAllocations fail(2, FailAllocations::Then::recover, FailAllocations::Which::texts);
+    const int result = request.BaseRequest::requestHttpStr(kUser, line.data(), nullptr, nullptr,
+                                                           answer.out()); // the copy of the line comes first
+    EXPECT_TRUE(fail.stop());
+    EXPECT_EQ((Reply{result, answer.text()}), (Reply{-8, kUnknownParameter}));
+}
+
 TEST_F(Dispatch, NeverReadsWhatTheAnswerPointedTo) {
     std::string line = "Other.cgi";
     char unowned[] = "not from malloc";
@@ -386,11 +400,22 @@ TEST_F(Dispatch, MarksItsWay) {
         EXPECT_EQ(event.function, event.checkpoint == 0 ? "" : "requestHttpStr") << event.text;
 }
 
+TEST(Checkpoints, CutANameThatIsTooLongAndEndIt) {
+    markCheckpoint(std::string(100, 'n'), 5);
+    EXPECT_EQ(std::string(g_login_debug_function_name), std::string(63, 'n'));
+    EXPECT_EQ(g_login_debug_line, 5);
+    markCheckpoint(std::string(63, 'm'), 6);
+    EXPECT_EQ(std::string(g_login_debug_function_name), std::string(63, 'm'));
+    markCheckpoint(std::string_view("abcdef").substr(0, 3), 7);
+    EXPECT_STREQ(g_login_debug_function_name, "abc");
+    EXPECT_EQ(g_login_debug_line, 7);
+}
+
 TEST_F(Dispatch, MarksTheWayOutOfEveryCall) {
     const auto leaves = [this](const std::string& line) {
         platform().forget();
         g_login_debug_line = 0;
-        g_login_debug_function_name[0] = '\0';
+        std::memset(g_login_debug_function_name, 'x', sizeof g_login_debug_function_name - 1);
         request.ask(line);
         EXPECT_EQ(g_login_debug_line, 3920) << line;
         EXPECT_STREQ(g_login_debug_function_name, "requestHttpStr") << line;

@@ -43,6 +43,7 @@ TEST_F(HttpData, RunsTheDispatchUnderTheLockAndParsesItsAnswer) {
     EXPECT_EQ(platform().transcript().back(), "unlock");
     EXPECT_EQ(platform().eventOf("requestHttpStr(").lockDepth, 1);
     EXPECT_EQ(platform().eventOf("createMapstrFromCgi").lockDepth, 1);
+    EXPECT_EQ(platform().countOf("trace ??"), 0);
 }
 
 TEST_F(HttpData, PassesItsArgumentsOn) {
@@ -89,7 +90,7 @@ TEST_F(HttpData, FreesTheTextOfAFailedDispatch) {
 
 TEST_F(HttpData, GivesTheParsersFailureAndSaysSo) {
     answer("no answer at all");
-    for (const int code : {-5, 0, 2}) {
+    for (const int code : {-5, 0, 2, -2, -8}) {
         platform().hooks.createMapstrFromCgi = [code](auto...) { return code; };
         platform().forget();
         EXPECT_EQ(ask("Other.cgi"), code);

@@ -234,6 +234,27 @@ TEST_F(RequestQuality, TheStepIsComputedFromWhatTheGettersSayThroughItsSetter) {
     EXPECT_EQ(other.seen, (std::vector<float>{30.0F * 0.1F, 30.0F * 0.1F}));
 }
 
+TEST_F(RequestQuality, TheBoundIsWrittenAfterTheStep) {
+    struct Watched : TestRequest {
+        void setQualityStep(float step) override {
+            written = maps.capability->count(kMax) + maps.capability->count(kMin);
+            TestRequest::setQualityStep(step);
+        }
+        std::size_t written = 99;
+    };
+    Watched watched;
+    watched.connect();
+    device().answerAsCamera();
+    watched.steps.convertCgiCapability = [](auto...) { return 1; };
+    ASSERT_EQ(watched.getCacheCapability(kUser, 0, nullptr, nullptr), 1);
+    watched.setSettingQualitySrcMax(10);
+    EXPECT_EQ(watched.written, 0U);
+    watched.maps.capability->erase(kMax);
+    watched.setSettingQualitySrcMin(1);
+    EXPECT_EQ(watched.written, 0U);
+    EXPECT_EQ(watched.maps.capability->at(kMin), "1");
+}
+
 TEST_F(RequestQuality, TheUsersAreNotConcerned) {
     request.setSettingQualitySrcMax(10);
     request.setQualityStep(4);
