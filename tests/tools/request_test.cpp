@@ -1,5 +1,6 @@
 // koine request, and what its exit codes say.
 
+#include "tests/support/certificate.h"
 #include "tests/tools/run_tool.h"
 
 #include <gtest/gtest.h>
@@ -128,10 +129,27 @@ TEST(RequestCommand, TheUserNumberIsPassedOn) {
     EXPECT_TRUE(contains(traced.err, "uid=42:0")) << traced.err;
 }
 
-TEST(RequestCommand, HttpsNeedsAKnownCertificate) {
-    GuardedDome dome; // speaks plain HTTP: the handshake fails
-    const std::string url = "https" + dome.url().substr(4);
-    EXPECT_EQ(runTool({"request", "--insecure", url, "Login.cgi"}).exitCode, 4);
+TEST(RequestCommand, HttpsNeedsAKnownCertificateOrTheUsersWord) {
+    const Certificate certificate;
+    sim::Options options(sim::builtinModel("dome"));
+    options.https = true;
+    options.certificateFile = certificate.certificateFile();
+    options.privateKeyFile = certificate.keyFile();
+    const sim::SimulatedDevice device(options);
+    const Outcome unknown = runTool({"request", device.url(), "Login.cgi"});
+    EXPECT_EQ(unknown.exitCode, 4);
+    EXPECT_TRUE(contains(unknown.err, "check --ca-file")) << unknown.err;
+    EXPECT_TRUE(contains(unknown.err, "certificate")) << "and why: " << unknown.err;
+    EXPECT_EQ(
+        runTool({"request", "--ca-file", certificate.certificateFile(), device.url(), "Login.cgi"}).exitCode,
+        0);
+    EXPECT_EQ(runTool({"request", "--insecure", device.url(), "Login.cgi"}).exitCode, 0);
+}
+
+TEST(RequestCommand, ADeviceThatSpeaksNoTlsIsNotAskedInTheClear) {
+    GuardedDome dome;
+    EXPECT_EQ(runTool({"request", "--insecure", "https" + dome.url().substr(4), "Login.cgi"}).exitCode, 4);
+    EXPECT_EQ(dome.device().counters().requests, 0U);
 }
 
 } // namespace
