@@ -78,7 +78,13 @@ const char* const kWholeNumbers[] = {"",
                                      "-9223372036854775809",
                                      "99999999999999999999999",
                                      "-99999999999999999999999",
-                                     "00000000000000000000000000012"};
+                                     "00000000000000000000000000012",
+                                     "9223372036854775806",
+                                     "-9223372036854775807",
+                                     "9223372036854775800",
+                                     "9000000000000000000",
+                                     "-9000000000000000001",
+                                     "-8500000000000000009"};
 
 TEST(Numbers, WholeOnesAreReadAsStrtolDoes) {
     for (const char* text : kWholeNumbers)
@@ -251,6 +257,32 @@ TEST(Scanner, ReadsFractionsAsSscanfDoes) {
     }
 }
 
+TEST(Scanner, ReadsNamedFractionsAsSscanfDoes) {
+    for (const char* item :
+         {"inf",       "INF",  "Infx",  "infi",      "INFI", "iNfInit", "infinity", "INFINITY",
+          "Infinityx", "-inf", "-infi", "+INFinity", "nan",  "NaN",     "-nan",     "nax",
+          "in",        "0x",   "0X1",   "0x.8",      "0xg",  "-0x",     "1e",       "1e+",
+          "1e+5",      "1.e5", ".e5",   "+.5",       "--1"}) {
+        float expected = -77;
+        float read = -77;
+        const int converted = kReferenceScan(item, "%f", &expected);
+        EXPECT_EQ(scan(item, into(read)), converted == 1) << item;
+        EXPECT_TRUE(same(static_cast<double>(read), static_cast<double>(expected))) << item;
+    }
+}
+
+TEST(Scanner, GoesOnBehindWhatItRead) {
+    unsigned int whole = 0;
+    int number = 0;
+    float fraction = 0;
+    std::string_view word;
+    EXPECT_TRUE(scan("12,-3;1.5 w x", into(whole), ",", into(number), ";", into(fraction), into(word), " x"));
+    EXPECT_EQ(whole, 12U);
+    EXPECT_EQ(number, -3);
+    EXPECT_EQ(fraction, 1.5F);
+    EXPECT_EQ(word, "w");
+}
+
 TEST(Scanner, ReadsWordsAsSscanfDoes) {
     RandomTexts texts(" \t\nab=\"");
     for (int i = 0; i < kRounds; ++i) {
@@ -358,7 +390,7 @@ TEST(Tokeniser, FindsNothingInNothing) {
 // ---- Words
 
 TEST(Words, BeginningsAreComparedAsStrncasecmpDoes) {
-    RandomTexts texts("aAbB.[{@`");
+    RandomTexts texts("aAzZ.[{@`");
     for (int i = 0; i < kRounds; ++i) {
         const std::string text = texts.next(4);
         const std::string word = texts.next(3);
@@ -366,6 +398,13 @@ TEST(Words, BeginningsAreComparedAsStrncasecmpDoes) {
                   ::strncasecmp(text.c_str(), word.c_str(), word.size()) == 0)
             << text << " / " << word;
     }
+}
+
+TEST(Words, BeginningsEndWithTheView) {
+    const std::string_view text = std::string_view("TOVLIN").substr(0, 5);
+    EXPECT_FALSE(startsWithIgnoreCase(text, "tovlin"));
+    EXPECT_TRUE(startsWithIgnoreCase(text, "tovli"));
+    EXPECT_TRUE(startsWithIgnoreCase(text, ""));
 }
 
 TEST(Words, AreContainedAndBeginWithTheirCase) {
