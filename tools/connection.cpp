@@ -3,6 +3,7 @@
 #include "tools/connection.h"
 
 #include "default_platform/host_settings.h"
+#include "devices/prepare_media.h"
 #include "text/scan.h"
 
 #include <boost/make_shared.hpp>
@@ -114,15 +115,8 @@ Answer Connection::demand(std::string_view line, std::string_view what) {
 
 void Connection::prepareMedia() {
     demand("Capability.cgi?action=get", "reading the capabilities");
-    const boost::shared_ptr<StreamIDClient> user = device_->get_streamid_client(uid_);
-    user->setSettingQualitySrcMax(device_->getSettingQualitySrcMax());
-    user->setSettingQualitySrcMin(device_->getSettingQualitySrcMin());
-    user->setQualityStep(device_->getQualityStep());
-    user->setSettingFramerateSrcMax(device_->getSettingFramerateSrcMax());
-    user->setSettingFramerateSrcMin(device_->getSettingFramerateSrcMin());
     const QuietStandardError quiet(!trace_);
-    // What goes wrong is told when the profiles are asked for: the device is then asked again.
-    device_->getCacheConfigMedia(uid_, 0, nullptr, nullptr, nullptr);
+    koine::prepareMedia(*device_, uid_);
 }
 
 Failure Connection::failure(int result, int status, std::string_view what) const {

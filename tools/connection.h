@@ -43,9 +43,8 @@ public:
     /// @param what the request in a person's words
     Answer demand(std::string_view line, std::string_view what);
 
-    /// Fetches all media profiles before somebody asks for some: whatever is fetched first stays. And gives
-    /// the stream user the device's quality scale and frame rates, as starting a stream does, or qualities
-    /// would be shown on the wrong scale.
+    /// Readies the media profiles for reading and changing (see `koine::prepareMedia`), and ends the command
+    /// when the device does not tell its capabilities.
     void prepareMedia();
 
     /// The failure that a result stands for, in one line.
