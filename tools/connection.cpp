@@ -94,7 +94,7 @@ Connection::Connection(const ConnectionOptions& options, const Arguments& argume
     const std::string& user = options.user.empty() ? url.username : options.user;
     if (!options.passwordFile.empty())
         device.password = readPasswordFile(options.passwordFile);
-    else if (!user.empty() && url.password.empty() && canPrompt())
+    else if (!user.empty() && url.password.empty() && device.password.empty() && canPrompt())
         device.password = promptPassword("Password of " + user + " at " + where_ + ": ");
     device_ = boost::make_shared<DialectRequest>();
     setUpDevice(*device_, url, device);
@@ -124,7 +124,7 @@ Failure Connection::failure(int result, int status, std::string_view what) const
     std::string text = where_ + ": " + std::string(what) + ": " + meaning.text;
     if (!g_reason.empty())
         text += " (" + g_reason + ")";
-    return Failure(meaning.code, text);
+    return Failure(meaning.code, text, meaning.brief());
 }
 
 } // namespace koine::tool

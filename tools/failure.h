@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace koine::tool {
 
@@ -13,23 +14,32 @@ enum class ExitCode : int {
     usage = 2,
     authentication = 3,
     unreachable = 4,
-    notCompared = 5, ///< of `koine diff` alone, where 1 means something else
+    notCompared = 5,   ///< of `koine diff` alone, where 1 means something else
+    noneAnswered = 5,  ///< of `koine survey` alone, where 1 means that some devices did not answer
+    interrupted = 130, ///< of `koine survey` alone: by SIGINT or SIGTERM; what was gathered is shown
 };
 
 /// Ends the command. The text is one line: where, what, and what to do about it.
 class Failure : public std::runtime_error {
 public:
-    Failure(ExitCode code, const std::string& text) : std::runtime_error(text), code_(code) {}
+    /// @param brief what happened, for a cell of a table
+    Failure(ExitCode code, const std::string& text, std::string brief = "not usable")
+        : std::runtime_error(text), code_(code), brief_(std::move(brief)) {}
     ExitCode code() const { return code_; }
+    const std::string& brief() const { return brief_; }
 
 private:
     ExitCode code_;
+    std::string brief_;
 };
 
 /// What an operation's result means for the person at the terminal.
 struct Meaning {
     ExitCode code;
     std::string text; ///< what happened; what to do
+
+    /// What happened alone.
+    std::string brief() const { return text.substr(0, text.find_first_of(":;")); }
 };
 
 /// @param result of a request object

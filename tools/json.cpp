@@ -23,6 +23,10 @@ Json Json::number(long long value) { return Json(std::make_unique<Value>(Value{v
 Json Json::fraction(double value) { return Json(std::make_unique<Value>(Value{value})); }
 Json Json::boolean(bool value) { return Json(std::make_unique<Value>(Value{value})); }
 
+Json Json::null() { return Json(std::make_unique<Value>()); }
+
+Json Json::copy(const Json& other) { return Json(std::make_unique<Value>(*other.value_)); }
+
 Json& Json::set(std::string_view key, Json value) {
     value_->json[std::string(key)] = std::move(value.value_->json);
     return *this;
@@ -36,5 +40,32 @@ Json& Json::add(Json value) {
 std::string Json::dump() const {
     return value_->json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
+
+std::string Json::line() const {
+    return value_->json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+Json Json::parse(std::string_view text) {
+    nlohmann::ordered_json json = nlohmann::ordered_json::parse(text, nullptr, false);
+    if (json.is_discarded())
+        json = nullptr;
+    return Json(std::make_unique<Value>(Value{std::move(json)}));
+}
+
+bool Json::isNull() const { return value_->json.is_null(); }
+
+bool Json::has(std::string_view key) const { return value_->json.contains(key); }
+
+Json Json::at(std::string_view key) const {
+    return has(key) ? Json(std::make_unique<Value>(Value{value_->json.at(std::string(key))})) : null();
+}
+
+std::string Json::asText() const {
+    return value_->json.is_string() ? value_->json.get<std::string>() : std::string();
+}
+
+int Json::asNumber() const { return value_->json.is_number_integer() ? value_->json.get<int>() : 0; }
+
+std::size_t Json::size() const { return value_->json.size(); }
 
 } // namespace koine::tool

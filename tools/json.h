@@ -18,6 +18,8 @@ public:
     static Json number(long long value);
     static Json fraction(double value);
     static Json boolean(bool value);
+    static Json null();
+    static Json copy(const Json& other);
 
     Json(Json&&) noexcept;
     Json& operator=(Json&&) noexcept;
@@ -29,6 +31,21 @@ public:
 
     /// Indented, with a line end.
     std::string dump() const;
+    /// In one line, with a line end: for output that is read while it is written.
+    std::string line() const;
+
+    /// The value that a text of ours stands for; null when it is none.
+    static Json parse(std::string_view text);
+    bool isNull() const;
+    bool has(std::string_view key) const;
+    /// The member, null when there is none.
+    Json at(std::string_view key) const;
+    /// The value as a text; empty when it is something else.
+    std::string asText() const;
+    /// The value as a whole number; 0 when it is something else.
+    int asNumber() const;
+    /// How many elements or members it has.
+    std::size_t size() const;
 
 private:
     struct Value;

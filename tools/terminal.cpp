@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace koine::tool {
@@ -29,6 +30,14 @@ bool begins(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
 Style::Style(std::FILE* stream) : stream_(stream), coloured_(colourWanted(stream)) {}
 
 bool Style::isTerminal() const { return isatty(fileno(stream_)) == 1; }
+
+std::size_t Style::width() const {
+    constexpr std::size_t kUsual = 80;
+    winsize size{};
+    if (ioctl(fileno(stream_), TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return kUsual;
+    return size.ws_col;
+}
 
 std::string Style::paint(Tint tint, std::string_view text) const {
     if (!coloured_ || tint == Tint::plain || text.empty())
@@ -84,9 +93,9 @@ std::vector<std::size_t> Table::widths() const {
     std::vector<std::size_t> widths;
     for (const Column& column : columns_)
         widths.push_back(shownWidth(column.title));
-    for (const auto& row : rows_)
-        for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
-            widths[i] = std::max(widths[i], shownWidth(row[i]));
+    for (const Row& row : rows_)
+        for (std::size_t i = 0; i < row.cells.size() && i < widths.size(); ++i)
+            widths[i] = std::max(widths[i], shownWidth(row.cells[i]));
     return widths;
 }
 
@@ -105,14 +114,28 @@ std::string Table::rowText(const std::vector<std::string>& cells,
     return text;
 }
 
-void Table::print(const Style& style, std::string_view indent) const {
+/// What the other columns leave, but never so little that nothing could be read.
+std::size_t Table::roomOfLast(const std::vector<std::size_t>& widths, std::size_t room) const {
+    constexpr std::size_t kLeast = 12;
+    constexpr std::size_t kGap = 2;
+    std::size_t others = 0;
+    for (std::size_t i = 0; i + 1 < widths.size(); ++i)
+        others += widths[i] + kGap;
+    return std::max(kLeast, room > others ? room - others : 0);
+}
+
+void Table::print(const Style& style, std::string_view indent, std::size_t room) const {
     const std::vector<std::size_t> wide = widths();
     std::vector<std::string> titles;
     for (const Column& column : columns_)
         titles.push_back(column.title);
     printLine(std::string(indent) + style.paint(Tint::bold, rowText(titles, wide)));
-    for (const auto& row : rows_)
-        printLine(std::string(indent) + rowText(row, wide));
+    for (const Row& row : rows_) {
+        std::vector<std::string> cells = row.cells;
+        if (room > 0 && !cells.empty() && cells.size() == wide.size())
+            cells.back() = shortened(cells.back(), roomOfLast(wide, room - std::min(room, indent.size())));
+        printLine(std::string(indent) + style.paint(row.tint, rowText(cells, wide)));
+    }
 }
 
 } // namespace koine::tool

@@ -20,6 +20,9 @@ public:
     std::string paint(Tint tint, std::string_view text) const;
     bool isTerminal() const;
 
+    /// Columns of the terminal; 80 where nobody knows.
+    std::size_t width() const;
+
 private:
     std::FILE* stream_;
     bool coloured_;
@@ -54,16 +57,24 @@ public:
     };
 
     explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
-    void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+    void add(std::vector<std::string> cells, Tint tint = Tint::plain) {
+        rows_.push_back({std::move(cells), tint});
+    }
     bool empty() const { return rows_.empty(); }
-    void print(const Style& style, std::string_view indent = {}) const;
+    /// @param room columns there are; 0 for any number. The last column is cut where they are too few.
+    void print(const Style& style, std::string_view indent = {}, std::size_t room = 0) const;
 
 private:
+    struct Row {
+        std::vector<std::string> cells;
+        Tint tint;
+    };
     std::vector<std::size_t> widths() const;
+    std::size_t roomOfLast(const std::vector<std::size_t>& widths, std::size_t room) const;
     std::string rowText(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) const;
 
     std::vector<Column> columns_;
-    std::vector<std::vector<std::string>> rows_;
+    std::vector<Row> rows_;
 };
 
 } // namespace koine::tool

@@ -17,6 +17,20 @@ std::string jsonAt(const std::string& text, const std::string& place) {
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
+std::string jsonMembers(const std::string& text, const std::string& place) {
+    using Json = nlohmann::ordered_json;
+    const Json json = Json::parse(text, nullptr, false);
+    if (json.is_discarded())
+        return "(no JSON)";
+    const Json::json_pointer pointer(place);
+    if (!json.contains(pointer))
+        return "(absent)";
+    std::string names;
+    for (const auto& member : json.at(pointer).items())
+        names += (names.empty() ? "" : " ") + member.key();
+    return names;
+}
+
 std::size_t jsonSize(const std::string& text, const std::string& place) {
     const nlohmann::json json = nlohmann::json::parse(text, nullptr, false);
     const nlohmann::json::json_pointer pointer(place);

@@ -81,6 +81,9 @@ bool contains(const std::string& text, const std::string& part);
 /// not there "(absent)", for a text that is no JSON "(no JSON)".
 std::string jsonAt(const std::string& text, const std::string& place);
 
+/// The names of the members there, in their order, with a blank between.
+std::string jsonMembers(const std::string& text, const std::string& place);
+
 /// How many elements or members the value there has.
 std::size_t jsonSize(const std::string& text, const std::string& place = {});
 

@@ -9,8 +9,8 @@
 namespace koine::test {
 namespace {
 
-constexpr const char* kCommands[] = {"request", "info", "profiles", "stream",   "get",
-                                     "set",     "dump", "diff",     "simulate", "demo"};
+constexpr const char* kCommands[] = {"request", "info", "profiles", "stream",   "get", "set",
+                                     "dump",    "diff", "survey",   "simulate", "demo"};
 
 TEST(Usage, HelpNamesEveryCommandAndTheExitCodes) {
     const Outcome help = runTool({"--help"});
@@ -77,6 +77,11 @@ TEST(Usage, AMistakeGetsOneLineAndTheExitCode2) {
         {{"diff", "http://a", "/nowhere"}, "/nowhere: cannot be read"},
         {{"diff", "http://a", noPairs.path()}, "line 1 is no key=value"},
         {{"diff", "http://a", "/dev/null"}, "holds no key=value"},
+        {{"survey"}, "FILE"},
+        {{"survey", "/nowhere"}, "/nowhere: cannot be read"},
+        {{"survey", "/dev/null"}, "holds no device"},
+        {{"survey", "-j", "0", "-"}, "--jobs"},
+        {{"survey", "--password-file", "-", "-"}, "cannot be both"},
         {{"simulate", "--model", "nothing"}, "dome"},
         {{"simulate", "--auth", "kerberos"}, "--auth"},
         {{"simulate", "--auth", "digest"}, "needs a password"},

@@ -82,6 +82,15 @@ struct DiffCommand {
     ExitCode run(const Arguments& arguments) const;
 };
 
+/// `koine survey`: many devices at once.
+struct SurveyCommand {
+    ConnectionOptions target; ///< without URL; what holds for all devices
+    std::string file;
+    unsigned int jobs = 16;
+    bool json = false;
+    ExitCode run(const Arguments& arguments) const;
+};
+
 /// `koine simulate`: a simulated device until it is told to stop.
 struct SimulateCommand {
     std::string model = "dome";
@@ -97,12 +106,14 @@ struct SimulateCommand {
     unsigned int nonceLifetime = 0;
     bool listModels = false;
     bool listFaults = false;
+    bool json = false;
     ExitCode run() const;
 };
 
 /// `koine demo`: the library at work against a simulated device.
 struct DemoCommand {
     unsigned int delayMilliseconds = 20;
+    bool json = false;
     ExitCode run() const;
 };
 

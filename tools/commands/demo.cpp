@@ -5,6 +5,7 @@
 #include "simulator/simulated_device.h"
 #include "tools/commands/commands.h"
 #include "tools/demo/page.h"
+#include "tools/json.h"
 #include "tools/learned.h"
 
 #include <boost/make_shared.hpp>
@@ -46,8 +47,8 @@ struct Pushed {
 
 class Demo {
 public:
-    explicit Demo(unsigned int delayMilliseconds)
-        : simulated_(deviceOptions()), device_(boost::make_shared<WatchedDevice>()) {
+    Demo(unsigned int delayMilliseconds, bool silent)
+        : page_(silent), simulated_(deviceOptions()), device_(boost::make_shared<WatchedDevice>()) {
         if (delayMilliseconds > 0)
             simulated_.setFault(sim::Fault(sim::FaultKind::delay, delayMilliseconds));
         DeviceOptions options;
@@ -68,7 +69,45 @@ public:
         summary();
     }
 
+    /// What the summary tells, for programs.
+    Json asJson() const {
+        Json users = Json::array();
+        for (std::size_t i = 0; i < kViewers.size(); ++i) {
+            Json user = Json::object();
+            user.set("uid", Json::number(kViewers[i].uid));
+            user.set("wish", kViewers[i].wish);
+            user.set("uri", uris_.at(kViewers[i].uid));
+            user.set("first", costAsJson(cold_[i]));
+            user.set("again", costAsJson(warm_[i]));
+            users.add(std::move(user));
+        }
+        Json settings = Json::array();
+        for (const Pushed& pushed : pushed_) {
+            Json one = Json::object();
+            one.set("key", pushed.key);
+            one.set("before", pushed.before);
+            one.set("pushed", pushed.sent);
+            one.set("device", simulated_.value(pushed.key));
+            settings.add(std::move(one));
+        }
+        const sim::Counters counters = simulated_.counters();
+        Json json = Json::object();
+        json.set("users", std::move(users));
+        json.set("settings", std::move(settings));
+        json.set("connections", Json::number(static_cast<long long>(counters.connections)));
+        json.set("requests", Json::number(static_cast<long long>(counters.requests)));
+        json.set("unauthorized", Json::number(static_cast<long long>(counters.unauthorized)));
+        return json;
+    }
+
 private:
+    static Json costAsJson(const Cost& cost) {
+        Json json = Json::object();
+        json.set("device_requests", Json::number(static_cast<long long>(cost.deviceRequests)));
+        json.set("milliseconds", Json::fraction(cost.milliseconds));
+        return json;
+    }
+
     static sim::Options deviceOptions() {
         sim::Options options(sim::builtinModel("dome"));
         options.auth = sim::AuthKind::digestMd5;
@@ -149,7 +188,7 @@ private:
         constexpr std::size_t kFamily = std::string_view("Media.Profiles.").size();
         for (const Pushed& pushed : pushed_)
             table.add({pushed.key.substr(kFamily), pushed.before, pushed.sent, simulated_.value(pushed.key)});
-        table.print(page_.style(), "  ");
+        page_.table(table);
     }
 
     void summary() const {
@@ -164,7 +203,7 @@ private:
             table.add({std::to_string(kViewers[i].uid) + ", " + kViewers[i].wish,
                        counted(cold_[i].deviceRequests, "request"), timeText(cold_[i].milliseconds),
                        counted(warm_[i].deviceRequests, "request"), timeText(warm_[i].milliseconds)});
-        table.print(page_.style(), "  ");
+        page_.table(table);
         page_.gap();
         for (const auto& [uid, uri] : uris_)
             page_.fact("URI " + std::to_string(uid), uri);
@@ -191,7 +230,10 @@ private:
 } // namespace
 
 ExitCode DemoCommand::run() const {
-    Demo(delayMilliseconds).run();
+    Demo demo(delayMilliseconds, json);
+    demo.run();
+    if (json)
+        print(demo.asJson().dump());
     return ExitCode::answered;
 }
 

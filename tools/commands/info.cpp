@@ -1,61 +1,15 @@
 // koine info: what the library learned about a device.
 
 #include "cache/key_map.h"
-#include "cache/keys.h"
 #include "text/numbers.h"
 #include "tools/commands/commands.h"
 #include "tools/learned.h"
+#include "tools/summary.h"
 
 #include <array>
 
 namespace koine::tool {
 namespace {
-
-/// A line of the summary: where its value comes from.
-struct Fact {
-    const char* key;  ///< for programs
-    const char* name; ///< for people
-    std::string_view source;
-};
-
-constexpr std::array<Fact, 4> kLoginFacts = {{
-    {"product", "Product", keys::kProductName},
-    {"product_id", "Product id", "Product-ID"},
-    {"user_level", "User level", "User-Level"},
-    {"video_system", "Video system", keys::kVideoSystem},
-}};
-
-constexpr std::array<Fact, 9> kCapabilityFacts = {{
-    {"device", "Device", keys::kDevice},
-    {"model", "Model", "ID"},
-    {"channels", "Video channels", "Capability.Video.Input.Channel"},
-    {"audio_inputs", "Audio inputs", keys::kAudioInputChannel},
-    {"encodings", "Encodings", keys::kVideoFormat},
-    {"sizes", "Sizes", keys::kVideoResolutionNxN},
-    {"quality_min", "Quality from", keys::kQualitySrcMin},
-    {"quality_max", "Quality to", keys::kQualitySrcMax},
-    {"functions", "Functions", keys::kFunction},
-}};
-
-template <std::size_t Count>
-void addJson(Json& json, const std::array<Fact, Count>& facts, const CgiMap& map) {
-    for (const Fact& fact : facts)
-        if (const std::string* value = findValue(map, fact.source))
-            json.set(fact.key, *value);
-}
-
-Json asJson(const Learned& learned, const std::string& url) {
-    Json json = Json::object();
-    json.set("url", url);
-    addJson(json, kLoginFacts, learned.login);
-    addJson(json, kCapabilityFacts, learned.capability);
-    Json kinds = Json::object();
-    for (const Kind& kind : learned.kinds)
-        kinds.set(kind.key, Json::boolean(kind.holds));
-    json.set("kinds", std::move(kinds));
-    json.set("profiles", profilesAsJson(learned.profiles));
-    return json;
-}
 
 constexpr std::size_t kNameWidth = 16;
 constexpr std::size_t kLineWidth = 78;
@@ -115,7 +69,7 @@ ExitCode InfoCommand::run(const Arguments& arguments) const {
     Connection connection(target, arguments);
     const Learned learned = learn(connection);
     if (json)
-        print(asJson(learned, connection.where()).dump());
+        print(summaryAsJson(learned, connection.where()).dump());
     else
         show(learned, connection.where());
     return ExitCode::answered;

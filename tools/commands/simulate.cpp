@@ -1,10 +1,14 @@
 // koine simulate: a simulated device until it is told to stop.
 
 #include "simulator/simulated_device.h"
+#include "text/numbers.h"
+#include "text/tokens.h"
 #include "tools/commands/commands.h"
+#include "tools/json.h"
+#include "tools/stop_signals.h"
 #include "tools/terminal.h"
 
-#include <csignal>
+#include <algorithm>
 #include <stdexcept>
 
 namespace koine::tool {
@@ -20,13 +24,69 @@ auto orUsage(Action&& action) {
     }
 }
 
-void listModels(const std::filesystem::path& folder) {
+void listModels(const std::filesystem::path& folder, bool json) {
+    Json all = Json::array();
     Table table({{"MODEL"}, {"CHANNELS", Table::Align::right}, {"DESCRIPTION"}});
     for (const std::string& name : sim::modelNames(folder)) {
         const sim::DeviceModel model = sim::builtinModel(name, folder);
         table.add({name, std::to_string(model.channels()), model.description()});
+        Json one = Json::object();
+        one.set("model", name);
+        one.set("channels", Json::number(model.channels()));
+        one.set("description", model.description());
+        all.add(std::move(one));
     }
-    table.print(Style(stdout));
+    if (json)
+        print(all.dump());
+    else
+        table.print(Style(stdout));
+}
+
+/// The list of faults has a line for each: its word, blanks, what it does.
+void listFaults(bool json) {
+    const std::string help = sim::faultHelp();
+    if (!json) {
+        print(help);
+        return;
+    }
+    Json all = Json::array();
+    for (const std::string_view line : Tokens(help, "\n")) {
+        const std::size_t word = std::min(line.find(' '), line.size());
+        Json one = Json::object();
+        one.set("fault", line.substr(0, word));
+        one.set("description", skipBlanks(line.substr(word)));
+        all.add(std::move(one));
+    }
+    print(all.dump());
+}
+
+/// Where the device is. Programs read it as soon as it stands there: it is one line.
+void printStart(const SimulateCommand& command, const std::string& url) {
+    if (command.json) {
+        Json start = Json::object();
+        start.set("model", command.model);
+        start.set("url", url);
+        start.set("auth", command.auth);
+        start.set("user", command.auth == "none" ? "" : command.user);
+        print(start.line());
+    } else {
+        printLine(command.model + " at " + url +
+                  (command.auth == "none" ? "" : ", " + command.auth + ", user " + command.user));
+    }
+    std::fflush(stdout); // a script waits for this line
+}
+
+Json asJson(const sim::Counters& counters) {
+    const auto number = [](std::uint64_t count) { return Json::number(static_cast<long long>(count)); };
+    Json paths = Json::object();
+    for (const auto& [path, count] : counters.perPath)
+        paths.set(path, number(count));
+    Json json = Json::object();
+    json.set("connections", number(counters.connections));
+    json.set("requests", number(counters.requests));
+    json.set("unauthorized", number(counters.unauthorized));
+    json.set("paths", std::move(paths));
+    return json;
 }
 
 sim::Options optionsOf(const SimulateCommand& command, const std::filesystem::path& folder) {
@@ -51,25 +111,6 @@ std::string wantedPassword(const SimulateCommand& command) {
     throw Failure(ExitCode::usage, "--auth " + command.auth + " needs a password; give --password-file");
 }
 
-/// SIGINT and SIGTERM are waited for instead of acted on. Made before the device starts its thread, which
-/// takes the mask over.
-class StopSignals {
-public:
-    StopSignals() {
-        sigemptyset(&set_);
-        sigaddset(&set_, SIGINT);
-        sigaddset(&set_, SIGTERM);
-        pthread_sigmask(SIG_BLOCK, &set_, nullptr);
-    }
-    void wait() const {
-        int signal = 0;
-        sigwait(&set_, &signal);
-    }
-
-private:
-    sigset_t set_{};
-};
-
 void printCounters(const sim::Counters& counters) {
     const Style style(stdout);
     printLine();
@@ -89,11 +130,11 @@ ExitCode SimulateCommand::run() const {
     const std::filesystem::path folder =
         modelFolder.empty() ? sim::modelFolder() : std::filesystem::path(modelFolder);
     if (listModels) {
-        orUsage([&] { tool::listModels(folder); });
+        orUsage([&] { tool::listModels(folder, json); });
         return ExitCode::answered;
     }
     if (listFaults) {
-        print(sim::faultHelp());
+        tool::listFaults(json);
         return ExitCode::answered;
     }
     if (certificate.empty() != key.empty())
@@ -109,12 +150,14 @@ ExitCode SimulateCommand::run() const {
     const auto device = orUsage([&] { return std::make_unique<sim::SimulatedDevice>(options); });
     for (const sim::Fault& fault : wanted)
         device->setFault(fault);
-    printLine(model + " at " + device->url() + (auth == "none" ? "" : ", " + auth + ", user " + user));
-    std::fflush(stdout); // a script waits for this line
+    printStart(*this, device->url());
     stop.wait();
     const sim::Counters counters = device->counters();
     device->stop();
-    printCounters(counters);
+    if (json)
+        print(asJson(counters).line());
+    else
+        printCounters(counters);
     return ExitCode::answered;
 }
 

@@ -19,28 +19,38 @@ std::string timeText(double milliseconds) {
     return milliseconds < 1 ? fixedText(milliseconds * 1000, 0) + " µs" : fixedText(milliseconds, 1) + " ms";
 }
 
+void Page::say(std::string_view text) const {
+    if (!silent_)
+        printLine(text);
+}
+
+void Page::table(const Table& table) const {
+    if (!silent_)
+        table.print(style_, "  ");
+}
+
 void Page::title(std::string_view text) const {
-    printLine();
-    printLine(style_.paint(Tint::bold, text));
-    printLine(style_.paint(Tint::dim, std::string(kWidth, '=')));
+    gap();
+    say(style_.paint(Tint::bold, text));
+    say(style_.paint(Tint::dim, std::string(kWidth, '=')));
 }
 
 void Page::fact(std::string_view name, std::string_view value) const {
-    printLine("  " + style_.paint(Tint::dim, padded(name, 10)) + std::string(value));
+    say("  " + style_.paint(Tint::dim, padded(name, 10)) + std::string(value));
 }
 
 void Page::section(int number, std::string_view text) const {
-    printLine();
-    printLine(style_.paint(Tint::bold, std::to_string(number) + ". " + std::string(text)));
-    printLine(style_.paint(Tint::dim, std::string(kWidth, '-')));
+    gap();
+    say(style_.paint(Tint::bold, std::to_string(number) + ". " + std::string(text)));
+    say(style_.paint(Tint::dim, std::string(kWidth, '-')));
 }
 
 void Page::hostLine(std::string_view line) const {
-    printLine();
+    gap();
     std::string row;
     bool first = true;
     const auto flush = [&] {
-        printLine("  " + style_.paint(Tint::cyan, (first ? "> " : "    ") + row));
+        say("  " + style_.paint(Tint::cyan, (first ? "> " : "    ") + row));
         first = false;
         row.clear();
     };
@@ -59,7 +69,7 @@ void Page::hostLine(std::string_view line) const {
 
 void Page::withRightEdge(std::string_view left, Tint tint, std::string_view right) const {
     const std::size_t room = kWidth - shownWidth(right) - 1;
-    printLine(style_.paint(tint, padded(shortened(left, room), room)) + " " + style_.paint(Tint::dim, right));
+    say(style_.paint(tint, padded(shortened(left, room), room)) + " " + style_.paint(Tint::dim, right));
 }
 
 void Page::deviceRequest(const DeviceRequest& request) const {
@@ -74,20 +84,20 @@ void Page::deviceRequest(const DeviceRequest& request) const {
     if (items == std::string::npos)
         return;
     for (const std::string_view item : Tokens(std::string_view(request.line).substr(items), "&"))
-        printLine(style_.paint(Tint::yellow, indent(kMargin + 10) + harmless(item)));
+        say(style_.paint(Tint::yellow, indent(kMargin + 10) + harmless(item)));
 }
 
 void Page::longLine(std::string_view text) const {
     constexpr std::size_t kRoom = kWidth - kMargin;
     if (text.size() <= kRoom) {
-        printLine(indent(kMargin) + std::string(text));
+        say(indent(kMargin) + std::string(text));
         return;
     }
     // A second row holds the rest of nearly everything, URIs above all; lists of sizes are cut there.
     const std::size_t joint = text.substr(0, kRoom).find_last_of("?&,");
     const std::size_t end = joint == std::string_view::npos || joint < kRoom / 2 ? kRoom : joint;
-    printLine(indent(kMargin) + std::string(text.substr(0, end)));
-    printLine(indent(2 * kMargin) + shortened(text.substr(end), kRoom - kMargin));
+    say(indent(kMargin) + std::string(text.substr(0, end)));
+    say(indent(2 * kMargin) + shortened(text.substr(end), kRoom - kMargin));
 }
 
 void Page::answer(const Answer& answer, const Cost& cost, bool sameAsBefore) const {
@@ -108,8 +118,8 @@ void Page::answer(const Answer& answer, const Cost& cost, bool sameAsBefore) con
     for (std::size_t i = 1; i < lines.size() && i < kLongestAnswer; ++i)
         longLine(lines[i]);
     if (lines.size() > kLongestAnswer)
-        printLine(style_.paint(Tint::dim, indent(kMargin) + "... and " +
-                                              counted(lines.size() - kLongestAnswer, "more line")));
+        say(style_.paint(Tint::dim,
+                         indent(kMargin) + "... and " + counted(lines.size() - kLongestAnswer, "more line")));
 }
 
 } // namespace koine::tool

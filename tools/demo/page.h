@@ -28,6 +28,9 @@ class Page {
 public:
     static constexpr std::size_t kWidth = 88;
 
+    /// @param silent prints nothing: somebody wants the figures alone
+    explicit Page(bool silent) : silent_(silent) {}
+
     void title(std::string_view text) const;
     void fact(std::string_view name, std::string_view value) const;
     void section(int number, std::string_view text) const;
@@ -41,14 +44,17 @@ public:
     /// The answer, with its source and cost at the right edge; one that was shown before in a word.
     void answer(const Answer& answer, const Cost& cost, bool sameAsBefore) const;
 
-    void gap() const { printLine(); }
+    void table(const Table& table) const;
+    void gap() const { say(""); }
     const Style& style() const { return style_; }
 
 private:
+    void say(std::string_view text) const;
     void longLine(std::string_view text) const;
     void withRightEdge(std::string_view left, Tint tint, std::string_view right) const;
 
     Style style_{stdout};
+    bool silent_;
 };
 
 /// "12.3 ms", "40 µs".

@@ -1,0 +1,60 @@
+// How far a survey is, for the person at the terminal.
+
+#include "tools/survey/progress.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+namespace koine::tool {
+namespace {
+
+constexpr std::size_t kWidestBar = 40;
+constexpr std::size_t kNarrowestBar = 8;
+
+bool canRewrite() {
+    const char* const terminal = std::getenv("TERM");
+    return terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
+} // namespace
+
+std::string progressText(const Style& style, std::size_t finished, std::size_t devices, std::size_t failed,
+                         const std::string& newest, std::size_t width) {
+    const std::string count = std::to_string(finished) + "/" + std::to_string(devices);
+    const std::string bad = failed == 0 ? "" : "  " + std::to_string(failed) + " failed";
+    const std::size_t words = count.size() + bad.size();
+    std::string text;
+    std::size_t used = 0;
+    if (words + kNarrowestBar + 3 <= width) {
+        const std::size_t bar = std::min(kWidestBar, width - words - 3);
+        const std::size_t filled = devices == 0 ? bar : bar * finished / devices;
+        text = "[" + style.paint(Tint::green, std::string(filled, '#')) +
+               style.paint(Tint::dim, std::string(bar - filled, '-')) + "] ";
+        used = bar + 3;
+    }
+    used += words;
+    text += count + style.paint(Tint::red, bad);
+    if (!newest.empty() && used + 2 + kNarrowestBar <= width)
+        text += "  " + style.paint(Tint::dim, shortened(newest, width - used - 2));
+    return text;
+}
+
+Progress::Progress(std::size_t devices, bool wanted)
+    : devices_(devices), shown_(wanted && style_.isTerminal() && canRewrite()) {}
+
+Progress::~Progress() {
+    if (shown_)
+        std::fputs("\r\033[K", stderr);
+}
+
+void Progress::show(std::size_t finished, std::size_t failed, const std::string& newest) {
+    if (!shown_)
+        return;
+    // The last column stays free: some terminals go on to the next line there.
+    const std::size_t width = std::max<std::size_t>(style_.width(), 2) - 1;
+    std::fprintf(stderr, "\r%s\033[K",
+                 progressText(style_, finished, devices_, failed, newest, width).c_str());
+}
+
+} // namespace koine::tool
