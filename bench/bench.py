@@ -1,0 +1,55 @@
+#!/usr/bin/env python3
+"""Measures and prints one table: what, time, floor, ratio, target, met or not.
+
+Started by `./run bench`, which builds first. The figures also go to build/bench/bench.json.
+"""
+import argparse
+import datetime
+import json
+import pathlib
+import subprocess
+import sys
+
+import performance_page
+import table
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+BUILD = ROOT / "build" / "bench"
+
+
+def arguments():
+    parser = argparse.ArgumentParser(prog="./run bench", description=__doc__)
+    parser.add_argument("--filter", default="", metavar="TEXT", help="only the groups with TEXT in their names")
+    parser.add_argument("--strict", action="store_true", help="a target that is not met is an error")
+    parser.add_argument("--update-docs", action="store_true", help="write the tables into docs/performance.md")
+    return parser.parse_args()
+
+
+def measure(text):
+    program = BUILD / "bench" / "koine_bench"
+    done = subprocess.run([program, text], stdout=subprocess.PIPE, text=True, check=False)
+    if done.returncode != 0:
+        sys.exit(f"bench: {program.name} failed; the reason stands above")
+    return json.loads(done.stdout)
+
+
+def main():
+    options = arguments()
+    if options.update_docs and options.filter:
+        sys.exit("bench: --update-docs needs all figures; leave --filter away")
+    rows = measure(options.filter)
+    result = {"date": datetime.date.today().isoformat(), "rows": rows}
+    file = BUILD / "bench.json"
+    file.write_text(json.dumps(result, indent=2) + "\n")
+
+    print(table.as_text(rows))
+    missed = [row["what"] for row in rows if row.get("met") is False]
+    print(f"\n{len(rows)} rows, {len(missed)} targets not met; figures: {file.relative_to(ROOT)}")
+    if options.update_docs:
+        performance_page.update(ROOT / "docs" / "performance.md", result)
+        print("docs/performance.md holds these figures now")
+    return 1 if options.strict and missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,11 @@
+/// @file
+/// What `koine_bench` measures: one function per group of rows, each in a file of its own.
+#pragma once
+
+#include "bench/rows.h"
+
+namespace koine::bench {
+
+Rows measureCachedAnswers();
+
+} // namespace koine::bench
