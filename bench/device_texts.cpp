@@ -113,16 +113,17 @@ std::string mediaText(int profiles, int encodings, int sizes) {
     return answerText(pairs);
 }
 
-std::map<std::string, std::string, std::less<>> deviceTexts(const DeviceShape& shape) {
-    std::map<std::string, std::string, std::less<>> texts = {
+std::shared_ptr<const DeviceTexts> deviceTexts(const DeviceShape& shape) {
+    DeviceTexts texts = {
         {"Login.cgi", loginText(shape.loginKeys)},
         {"Capability.cgi", capabilityText(shape.capabilityKeys, shape.sizes)},
         {"category=Media.", mediaText(shape.profiles, shape.encodings, shape.sizes)},
         {"Config.cgi?action=set", "0\nOK\n"},
+        {"PTZ.cgi", "0\nOK\n"},
     };
     for (const char* category : {"Video", "Camera", "Notification", "Misc", "VideoAnalytics"})
         texts["category=" + std::string(category) + "."] = categoryText(category, shape.categoryKeys);
-    return texts;
+    return std::make_shared<const DeviceTexts>(std::move(texts));
 }
 
 } // namespace koine::bench

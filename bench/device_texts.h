@@ -3,9 +3,13 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 
 namespace koine::bench {
+
+/// Answers by a part of the request line that asks for them.
+using DeviceTexts = std::map<std::string, std::string, std::less<>>;
 
 /// How much a device has to say.
 struct DeviceShape {
@@ -27,7 +31,7 @@ std::string capabilityText(int keys, int sizes);
 std::string categoryText(const std::string& category, int keys);
 std::string mediaText(int profiles, int encodings, int sizes);
 
-/// All answers, by a part of the request line that asks for them.
-std::map<std::string, std::string, std::less<>> deviceTexts(const DeviceShape& shape);
+/// All answers; any number of devices may share them.
+std::shared_ptr<const DeviceTexts> deviceTexts(const DeviceShape& shape);
 
 } // namespace koine::bench

@@ -7,5 +7,8 @@
 namespace koine::bench {
 
 Rows measureCachedAnswers();
+Rows measureSetLines();
+Rows measureFirstStream();
+Rows measureGrowth();
 
 } // namespace koine::bench

@@ -19,6 +19,9 @@ struct Group {
 
 constexpr std::array kGroups = {
     Group{"cached", measureCachedAnswers},
+    Group{"set lines", measureSetLines},
+    Group{"first stream", measureFirstStream},
+    Group{"growth", measureGrowth},
 };
 
 /// Google Benchmark takes its settings from a command line only.

@@ -9,7 +9,7 @@
 
 namespace koine::bench {
 
-MemoryDevice::MemoryDevice(const DeviceShape& shape) : texts_(deviceTexts(shape)) {
+MemoryDevice::MemoryDevice(std::shared_ptr<const DeviceTexts> texts) : texts_(std::move(texts)) {
     set_server_address("camera");
     set_username("admin");
     set_password("secret");
@@ -22,7 +22,7 @@ int MemoryDevice::handleParameter(unsigned int /*uid*/, char* url, char** answer
 int MemoryDevice::requestCgi(unsigned int /*uid*/, char* url, char** answer, _REQCGI_METHOD_DEF /*method*/,
                              _REQCGI_CONNECTION_DEF /*connection*/) {
     ++requests_;
-    for (const auto& [part, text] : texts_) {
+    for (const auto& [part, text] : *texts_) {
         if (viewOf(url).find(part) == std::string_view::npos)
             continue;
         if (answer != nullptr)
@@ -56,9 +56,14 @@ int MemoryDevice::convertCgiVideo(CgiMap* video) {
 }
 
 boost::shared_ptr<MemoryDevice> startedDevice(const DeviceShape& shape) {
-    auto device = boost::make_shared<MemoryDevice>(shape);
-    answerTo(*device, kStreamSetup);
+    auto device = boost::make_shared<MemoryDevice>(deviceTexts(shape));
+    startStream(*device);
     return device;
+}
+
+void startStream(IBaseRequest& device, unsigned int uid) {
+    for (const char* line : {kStreamSetup, kStreamGet, kGetUri})
+        answerTo(device, line, uid);
 }
 
 int send(IBaseRequest& device, const char* line, unsigned int uid) {

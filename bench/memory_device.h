@@ -24,7 +24,7 @@ inline constexpr const char* kGetUri = "Onvif.cgi?action=GetStreamUri";
 
 class MemoryDevice : public BaseRequest {
 public:
-    explicit MemoryDevice(const DeviceShape& shape = {});
+    explicit MemoryDevice(std::shared_ptr<const DeviceTexts> texts);
 
     /// The cache itself, once it was filled.
     CgiMap& login() { return *login_; }
@@ -50,7 +50,7 @@ public:
     int convertCgiVideo(CgiMap* video) override;
 
 private:
-    std::map<std::string, std::string, std::less<>> texts_;
+    std::shared_ptr<const DeviceTexts> texts_;
     CgiMap* login_ = nullptr;
     CgiMap* capability_ = nullptr;
     CgiMap* media_ = nullptr;
@@ -60,6 +60,10 @@ private:
 
 /// A device whose caches are filled and whose first user has a stream.
 boost::shared_ptr<MemoryDevice> startedDevice(const DeviceShape& shape = {});
+
+/// What a host does with a device that it does not know yet, up to the address of its pictures.
+/// @throws std::runtime_error when a line fails
+void startStream(IBaseRequest& device, unsigned int uid = kUid);
 
 /// Sends one line and lets go of the answer; what a host does that only measures.
 /// @return the result
