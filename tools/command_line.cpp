@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstring>
 #include <functional>
 #include <memory>
 
@@ -28,9 +29,11 @@ public:
         app_.require_subcommand(1);
         app_.get_formatter()->column_width(27);
         app_.get_formatter()->label("REQUIRED", "");
-        app_.set_version_flag("--version", "koine " KOINE_VERSION);
-        app_.footer(std::string(R"(
-Examples:
+        app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+        app_.get_formatter()->label("Positionals", "Arguments");
+        app_.set_help_flag("-h,--help", "show this help");
+        app_.set_version_flag("--version", "koine " KOINE_VERSION, "show the version");
+        app_.footer(std::string(R"(Examples:
   koine simulate --model dome --port 8080         a device to try things on
   koine info http://admin@192.168.0.10            what the device is and can do
   koine stream --uri-only http://192.168.0.10     a URI for a player
@@ -105,7 +108,9 @@ private:
     CLI::App& add(const char* name, const char* description, const std::shared_ptr<Command>& command,
                   const char* examples) {
         CLI::App& sub = *app_.add_subcommand(name, description);
-        sub.footer(examples);
+        sub.footer(examples + std::strspn(examples, "\n")); // the library writes an empty line itself
+        sub.set_help_flag("-h,--help", "show this help");
+        sub.group("Commands");
         sub.callback(
             [this, command] { action_ = [this, command] { return runWith(*command, arguments_); }; });
         return sub;
@@ -118,7 +123,7 @@ private:
         sub.add_option("-u,--user", target.user, "user name, instead of the one in the URL")
             ->type_name("NAME");
         sub.add_option("--password-file", target.passwordFile,
-                       "file with the password in its first line, - for standard input")
+                       "file whose first line is the password, - for stdin")
             ->type_name("FILE");
         addTimeout(sub, target, "time limit of each device request (default 30)");
         addHowToConnect(sub, target);
@@ -150,12 +155,12 @@ private:
 
     void addRequest() {
         auto command = std::make_shared<RequestCommand>();
-        CLI::App& sub =
-            add("request", "Send lines of the dialect, one after the other, over one object", command, R"(
+        CLI::App& sub = add("request", "Send lines of the dialect, one after the other", command, R"(
 Examples:
   koine request http://admin@10.0.0.5 'Login.cgi'
-  koine request --json http://admin@10.0.0.5 'Config.cgi?action=get&category=Video.*'
-  koine request http://admin@10.0.0.5 'Config.cgi?action=set&Video.I0.Brightness=60' \
+  koine request http://admin@10.0.0.5 'Config.cgi?action=get&category=Video.*'
+  koine request --json http://admin@10.0.0.5 \
+      'Config.cgi?action=set&Video.I0.Brightness=60' \
       'Config.cgi?action=get&category=Video.I0.*'
 
 Each answer goes to standard output as it is. A line that fails gives a message
@@ -186,8 +191,7 @@ Example:
 
     void addStream() {
         auto command = std::make_shared<StreamCommand>();
-        CLI::App& sub = add("stream", "Set a stream up on the device and print what it became, with its URI",
-                            command, R"help(
+        CLI::App& sub = add("stream", "Set a stream up and print its URI and settings", command, R"help(
 Examples:
   koine stream --size 1280x720 --fps 15 http://admin@10.0.0.5
   koine stream --mode MOBILE --json http://admin@10.0.0.5
@@ -250,7 +254,7 @@ VideoAnalytics; or a key, in which * stands for anything.)");
 
     void addSet() {
         auto command = std::make_shared<SetCommand>();
-        CLI::App& sub = add("set", "Change settings, all or none, and show old and new values", command, R"(
+        CLI::App& sub = add("set", "Change settings, and show old and new values", command, R"(
 Example:
   koine set http://admin@10.0.0.5 Video.I0.Brightness=60 Video.I0.Contrast=40
 
@@ -290,7 +294,7 @@ Exit codes: 0 equal, 1 different, 2 usage, 3 user name or password refused,
         CLI::App& sub = add("survey", "Ask many devices at once what they are", command, R"(
 Examples:
   koine survey cameras.txt
-  koine survey --jobs 50 --timeout 10 --user admin --password-file secret.txt cameras.txt
+  koine survey --user admin --password-file secret.txt --jobs 50 cameras.txt
   koine survey --json - < cameras.txt
 
 FILE holds a URL a line (http://[user[:password]@]host[:port]); blank lines and
@@ -307,10 +311,10 @@ Exit codes: 0 all devices answered, 1 some did not, 2 usage, 5 none answered,
         sub.add_option("-j,--jobs", command->jobs, "how many devices are asked at a time (default 16)")
             ->type_name("N")
             ->check(quiet(CLI::Range(1, 256)));
-        sub.add_option("-u,--user", command->target.user, "user name where the URL has none")
+        sub.add_option("-u,--user", command->target.user, "user name where the URL of a device has none")
             ->type_name("NAME");
         sub.add_option("--password-file", command->target.passwordFile,
-                       "file with the password where the URL has none, - for standard input")
+                       "the same for the password; a file, - for stdin")
             ->type_name("FILE");
         addTimeout(sub, command->target, "time limit of each device as a whole (default 30)");
         addHowToConnect(sub, command->target);
@@ -321,15 +325,15 @@ Exit codes: 0 all devices answered, 1 some did not, 2 usage, 5 none answered,
 #ifdef KOINE_WITH_SIMULATOR
     void addSimulate() {
         auto command = std::make_shared<SimulateCommand>();
-        CLI::App& sub =
-            add("simulate", "Be a device, until interrupted; then print what it was asked", command, R"(
+        CLI::App& sub = add("simulate", "Be a device, until interrupted", command, R"(
 Examples:
   koine simulate --model dome --port 8080
-  koine simulate --model recorder --auth digest --user admin --password-file secret.txt
+  koine simulate --model recorder --auth digest --password-file secret.txt
   koine simulate --fault delay=200 --fault close-after-answer
   koine simulate --list-models
 
-The URL is printed when the device is ready. --fault may be given several times.)");
+The URL is printed when the device is ready, and at the end what it was asked.
+--fault may be given several times.)");
         sub.add_option("--model", command->model, "which device (default dome)")->type_name("NAME");
         sub.add_option("--models", command->modelFolder, "folder with device models of your own")
             ->type_name("FOLDER")
@@ -345,10 +349,10 @@ The URL is printed when the device is ready. --fault may be given several times.
         sub.add_option("-u,--user", command->user, "user name that it wants (default admin)")
             ->type_name("NAME");
         sub.add_option("--password-file", command->passwordFile,
-                       "file with the password that it wants, in its first line")
+                       "file whose first line is the password it wants")
             ->type_name("FILE");
         sub.add_option("--nonce-lifetime", command->nonceLifetime,
-                       "requests after which a digest nonce expires (default: never)")
+                       "requests until a digest nonce expires (default never)")
             ->type_name("N");
         sub.add_option("--tls-certificate", command->certificate, "PEM file of the certificate, for https")
             ->type_name("FILE")
@@ -364,9 +368,9 @@ The URL is printed when the device is ready. --fault may be given several times.
 
     void addDemo() {
         auto command = std::make_shared<DemoCommand>();
-        CLI::App& sub = add("demo", "Watch the library start two streams on a simulated device", command, "");
+        CLI::App& sub = add("demo", "Watch two streams start on a simulated device", command, "");
         sub.add_option("--delay", command->delayMilliseconds,
-                       "milliseconds that the device takes for each answer (default 20)")
+                       "milliseconds that each answer takes (default 20)")
             ->type_name("N")
             ->check(quiet(CLI::Range(0, 10000)));
         addJson(sub, command->json);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 namespace koine::test {
 namespace {
@@ -26,6 +27,17 @@ TEST(Usage, EveryCommandExplainsItself) {
         EXPECT_EQ(help.exitCode, 0);
         EXPECT_TRUE(contains(help.out, "Usage: koine " + command)) << help.out;
         EXPECT_TRUE(command == "demo" || contains(help.out, "Example")) << command;
+    }
+}
+
+TEST(Usage, NoHelpIsWiderThanATerminal) {
+    std::vector<std::vector<std::string>> helps = {{"--help"}};
+    for (const char* command : kCommands)
+        helps.push_back({command, "--help"});
+    for (const std::vector<std::string>& arguments : helps) {
+        std::istringstream help(runTool(arguments).out);
+        for (std::string line; std::getline(help, line);)
+            EXPECT_LE(line.size(), 80U) << line;
     }
 }
 
