@@ -10,5 +10,9 @@ Rows measureCachedAnswers();
 Rows measureSetLines();
 Rows measureFirstStream();
 Rows measureGrowth();
+Rows measureWire();
+Rows measureWarmStart();
+Rows measureMemory();
+Rows measureManyDevices();
 
 } // namespace koine::bench

@@ -18,10 +18,10 @@ struct Group {
 };
 
 constexpr std::array kGroups = {
-    Group{"cached", measureCachedAnswers},
-    Group{"set lines", measureSetLines},
-    Group{"first stream", measureFirstStream},
-    Group{"growth", measureGrowth},
+    Group{"cached", measureCachedAnswers},     Group{"set lines", measureSetLines},
+    Group{"first stream", measureFirstStream}, Group{"wire", measureWire},
+    Group{"warm start", measureWarmStart},     Group{"memory", measureMemory},
+    Group{"many devices", measureManyDevices}, Group{"growth", measureGrowth},
 };
 
 /// Google Benchmark takes its settings from a command line only.
