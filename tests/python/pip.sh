@@ -1,9 +1,17 @@
 #!/usr/bin/env bash
 # pip.sh PYTHON PACKAGE LIBRARY: pip installs the package from the tree, without a network, and it works there.
 set -euo pipefail
-python=$1 package=$2 library=$3
-if ! "$python" -c 'import setuptools, pip' 2>/dev/null; then
-  echo 'skipped: no pip and setuptools here'
+package=$2 library=$3
+# The Python that CMake found need not be the one whose packages the system keeps.
+python=
+for candidate in "$1" /usr/bin/python3; do
+  if "$candidate" -c 'import setuptools, pip, wheel' 2>/dev/null; then
+    python=$candidate
+    break
+  fi
+done
+if [[ -z $python ]]; then
+  echo 'skipped: no Python with pip, setuptools and wheel here'
   exit 77
 fi
 work=$(mktemp -d)
