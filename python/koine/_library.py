@@ -62,7 +62,7 @@ def _places() -> Iterator[str]:
         yield chosen
         return
     for folder in list(Path(__file__).resolve().parents)[2:5]:
-        for place in (folder, *sorted(folder.glob("*-linux-*"))):
+        for place in (folder, folder / "lib64", *sorted(folder.glob("*-linux-*"))):
             if (place / _NAME).is_file():
                 yield str(place / _NAME)
     yield _NAME
