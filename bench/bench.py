@@ -10,6 +10,7 @@ import pathlib
 import subprocess
 import sys
 
+sys.dont_write_bytecode = True
 import performance_page
 import table
 
