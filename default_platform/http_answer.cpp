@@ -15,8 +15,20 @@ constexpr std::size_t kHeaderLimit = std::size_t{256} << 10;
 
 constexpr std::size_t kSmallestBody = std::size_t{4} << 10;
 
+// Up to this size a body's room is doubled; beyond it the next room is all that the limit allows, or four
+// times as much where that is too much at once. So a small body is moved a few times, and a large one is
+// never held twice: room that is not written to takes no memory.
+constexpr std::size_t kDoubledBody = std::size_t{256} << 10;
+constexpr std::size_t kMostAtOnce = std::size_t{64} << 20;
+
 // A body above this size does not stay allocated for the next one.
 constexpr std::size_t kKeptBody = std::size_t{64} << 10;
+
+std::size_t roomAfter(std::size_t room, std::size_t limit) noexcept {
+    if (room < kDoubledBody)
+        return std::max(std::min(2 * room, limit + 1), kSmallestBody);
+    return limit < kMostAtOnce ? limit + 1 : std::min(4 * room, limit + 1);
+}
 
 } // namespace
 
@@ -32,19 +44,26 @@ void AnswerBody::clear() noexcept {
 
 bool AnswerBody::append(std::string_view bytes, std::size_t limit) noexcept {
     const std::size_t needed = size_ + bytes.size() + 1;
-    if (needed > capacity_) {
-        // Doubled, so that the copying stays linear, but never above what a body may have.
-        const std::size_t larger = std::max({needed, std::min(2 * capacity_, limit + 1), kSmallestBody});
-        char* grown = static_cast<char*>(std::realloc(bytes_.get(), larger));
-        if (grown == nullptr)
-            return false;
-        static_cast<void>(bytes_.release());
-        bytes_.reset(grown);
-        capacity_ = larger;
-    }
+    if (needed > capacity_ && !resize(std::max(needed, roomAfter(capacity_, limit))) && !resize(needed))
+        return false;
     std::memcpy(bytes_.get() + size_, bytes.data(), bytes.size());
     size_ += bytes.size();
     bytes_.get()[size_] = '\0';
+    return true;
+}
+
+void AnswerBody::trim() noexcept {
+    if (capacity_ > kDoubledBody)
+        static_cast<void>(resize(size_ + 1)); // else it stays as large as it is
+}
+
+bool AnswerBody::resize(std::size_t room) noexcept {
+    char* resized = static_cast<char*>(std::realloc(bytes_.get(), room));
+    if (resized == nullptr)
+        return false;
+    static_cast<void>(bytes_.release());
+    bytes_.reset(resized);
+    capacity_ = room;
     return true;
 }
 

@@ -19,10 +19,15 @@ public:
     /// False when memory runs out.
     bool append(std::string_view bytes, std::size_t limit) noexcept;
 
+    /// Gives back the room that the whole body did not need.
+    void trim() noexcept;
+
     std::size_t size() const noexcept { return size_; }
     char* data() const noexcept { return bytes_.get(); }
 
 private:
+    bool resize(std::size_t room) noexcept;
+
     OwnedText bytes_;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;

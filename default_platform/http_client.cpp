@@ -252,6 +252,7 @@ bool CurlClient::worthRepeating(const HttpCall& call, CURLcode code) {
 HttpResult CurlClient::resultOf(CURLcode code) {
     if (code == CURLE_OK) {
         answered_ = true;
+        reader_.body().trim();
         return resultOfStatus(lastStatus_);
     }
     const HttpResult result = resultOfFailure(code);

@@ -4,7 +4,8 @@ namespace koine::test {
 namespace {
 
 sim::Options optionsFor(sim::AuthKind auth, const Rig::Change& change) {
-    sim::Options options(sim::builtinModel("dome"));
+    static const sim::DeviceModel dome = sim::builtinModel("dome"); // copies share what was read
+    sim::Options options(dome);
     options.auth = auth;
     options.username = kUser;
     options.password = kPassword;

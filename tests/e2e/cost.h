@@ -1,0 +1,49 @@
+/// @file
+/// What a request costs: time, processor time of its thread, memory.
+#pragma once
+
+#include "devices/answer.h"
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+
+namespace koine::test {
+
+struct Cost {
+    Answer answer;
+    std::chrono::milliseconds took{0};
+    std::chrono::milliseconds processor{0};
+    std::size_t memory = 0; ///< at most, beyond what there was; 0 when it cannot be measured
+};
+
+Cost costOf(const std::function<Answer()>& request);
+
+/// Time limit of a request in these tests.
+inline constexpr std::chrono::milliseconds kTimeLimit{400};
+
+/// A tenth above the limit, and what a loaded machine may add to a thread that waits for its turn.
+inline constexpr std::chrono::milliseconds kLatest{440 + 260};
+
+inline constexpr std::size_t kBodyLimit = std::size_t{1} << 20;
+inline constexpr std::size_t kMostMemory = kBodyLimit + (std::size_t{1} << 20);
+
+/// What the caches of a device may take that claims more media profiles than any device has.
+inline constexpr std::size_t kMostCacheMemory = std::size_t{4} << 20;
+
+/// Waiting costs next to nothing, and so does refusing what is too much. Sanitizers make everything dearer.
+std::chrono::milliseconds mostProcessorTime();
+
+/// The limits of these tests, for as long as it lives.
+class ShortLimits {
+public:
+    ShortLimits();
+    ~ShortLimits();
+    ShortLimits(const ShortLimits&) = delete;
+    ShortLimits& operator=(const ShortLimits&) = delete;
+};
+
+/// Compares a cost with the limits above; `what` stands in the complaint.
+void expectCheap(const Cost& cost, const std::string& what, std::size_t mostMemory = kMostMemory);
+
+} // namespace koine::test
