@@ -7,15 +7,18 @@ import argparse
 import datetime
 import json
 import pathlib
+import platform
 import subprocess
 import sys
 
 sys.dont_write_bytecode = True
+import library_size
 import performance_page
 import table
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "bench"
+SIZE_GROUP = "size"  # measured here; all others by koine_bench
 
 
 def arguments():
@@ -34,12 +37,24 @@ def measure(text):
     return json.loads(done.stdout)
 
 
+def machine():
+    try:
+        lines = pathlib.Path("/proc/cpuinfo").read_text(encoding="utf-8").splitlines()
+    except OSError:
+        lines = []
+    names = [line.split(":", 1)[1].strip() for line in lines if line.startswith("model name")]
+    processor = f"{len(names)} x {names[0]}" if names else platform.machine()
+    return f"{processor}, Linux {platform.release().split('-')[0]}"
+
+
 def main():
     options = arguments()
     if options.update_docs and options.filter:
         sys.exit("bench: --update-docs needs all figures; leave --filter away")
-    rows = measure(options.filter)
-    result = {"date": datetime.date.today().isoformat(), "rows": rows}
+    rows = [] if options.filter == SIZE_GROUP else measure(options.filter)
+    if options.filter in SIZE_GROUP:
+        rows += library_size.rows(ROOT)
+    result = {"date": datetime.date.today().isoformat(), "machine": machine(), "rows": rows}
     file = BUILD / "bench.json"
     file.write_text(json.dumps(result, indent=2) + "\n")
 

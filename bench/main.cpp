@@ -7,6 +7,7 @@
 #include <array>
 #include <exception>
 #include <iostream>
+#include <malloc.h>
 #include <string_view>
 
 namespace koine::bench {
@@ -33,8 +34,17 @@ void chooseInterleaving() {
     benchmark::Initialize(&count, arguments.data());
 }
 
+/// Memory that was given back stays with the process: otherwise calls and floors alike would now and then pay
+/// for pages that the system takes away and brings back.
+void keepMemory() {
+    constexpr int kNever = 1 << 30;
+    mallopt(M_TRIM_THRESHOLD, kNever);
+    mallopt(M_MMAP_THRESHOLD, kNever);
+}
+
 int measureAll(std::string_view filter) {
     chooseInterleaving();
+    keepMemory();
     Rows all;
     for (const Group& group : kGroups) {
         if (group.name.find(filter) == std::string_view::npos)

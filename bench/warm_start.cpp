@@ -33,15 +33,15 @@ Rows measureWarmStart() {
     const Requests again = requestsOf(device, *object, 1);
     const Requests second = requestsOf(device, *object, 2);
     const auto row = [](const char* what, double count, const char* note) {
-        return valueRow(kGroup, what, count, "requests", Target::exactly(0), note);
+        return valueRow(kGroup, what, count, "", Target::exactly(0), note);
     };
     return {
-        valueRow(kGroup, "cold start, for comparison", first.sets + first.others, "requests",
+        valueRow(kGroup, "requests of a cold start, for comparison", first.sets + first.others, "",
                  Target::report()),
-        row("warm start, the same user again", again.sets + again.others, ""),
-        valueRow(kGroup, "warm start, another user: its set line", second.sets, "requests",
+        row("requests of a warm start, the same user again", again.sets + again.others, ""),
+        valueRow(kGroup, "requests of a warm start, another user: its set line", second.sets, "",
                  Target::exactly(1), "once per user"),
-        row("warm start, another user: anything else", second.others, ""),
+        row("requests of a warm start, another user: anything else", second.others, ""),
     };
 }
 
