@@ -2,22 +2,74 @@
 /// What is run while memory runs out.
 #pragma once
 
-#include "fuzz/fuzz_device.h"
+#include "koine/BaseRequest.h"
 
-#include <string>
+#include <boost/shared_ptr.hpp>
+
+#include <new>
 #include <vector>
 
 namespace koine::torture {
 
+constexpr unsigned int kUid = 1;
+constexpr unsigned int kOther = 2;
+/// Too long for a string object to keep without an allocation.
+constexpr const char* kLong = "a text that is too long to be kept inside a string object";
+
+/// A request object and what it said.
+struct Subject {
+    boost::shared_ptr<BaseRequest> device;
+    std::vector<int> results;
+    unsigned int missingTexts = 0; ///< answers that had no text at all
+    unsigned int wrongTexts = 0;   ///< failures with another text than the one that belongs to the result
+
+    /// Sends one line and looks at the answer.
+    void ask(unsigned int uid, const char* line);
+};
+
 struct Scenario {
     const char* name;
-    /// Brings a fresh device where the scenario begins; memory is there.
-    void (*prepare)(fuzz::Device& device);
+    /// Makes the object with a device behind it; the host's memory is there.
+    boost::shared_ptr<BaseRequest> (*make)();
+    /// Brings it where the scenario begins.
+    void (*prepare)(Subject& subject);
     /// The calls under shortage. Results are noted.
-    void (*run)(fuzz::Device& device, std::vector<int>& results);
+    void (*run)(Subject& subject);
     /// Whether `run` may end with std::bad_alloc: single steps may, the host's entry points may not.
     bool mayThrow;
 };
+
+/// A device class whose steps answer from a table: the core alone.
+boost::shared_ptr<BaseRequest> makeTabled();
+/// What `openDevice` makes, with a client that answers from a table.
+boost::shared_ptr<BaseRequest> makeDialect();
+
+/// The object has learned the device and serves one stream.
+void warm(Subject& subject);
+void nothing(Subject& subject);
+
+/// Calls each operation, whether or not the one before it got its memory.
+template <typename Object, typename Operations>
+void callEach(const Operations& operations, Object& object) {
+    for (const auto operation : operations) {
+        try {
+            operation(object);
+        } catch (const std::bad_alloc&) {
+            continue; // that one could not be done; nothing may be lost or held
+        }
+    }
+}
+
+void settings(Subject& subject);       // object_operations.cpp
+void reads(Subject& subject);          //
+void hostOperations(Subject& subject); //
+void conversions(Subject& subject);    //
+void streamUser(Subject& subject);     // stream_operations.cpp
+void streamUserReads(Subject& subject);
+void registry(Subject& subject);
+void opening(Subject& subject); // device_operations.cpp
+void dialectOperations(Subject& subject);
+void requestHelper(Subject& subject);
 
 const std::vector<Scenario>& scenarios();
 
