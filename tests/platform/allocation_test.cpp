@@ -182,6 +182,58 @@ TEST(Shortage, SettingsStayAsTheyWere) {
     EXPECT_EQ(koine::setTlsAuthorityFile(nullptr), 1);
 }
 
+TEST(Shortage, HostsOwnAnswersAreParsedWholeOrNotAtAll) {
+    CgiMap map;
+    const std::string& text = answer();
+    const auto parse = [&] { return createMapstrFromCgi(text.c_str(), &map); };
+    const auto check = [&] {
+        EXPECT_TRUE(map.empty() || map.size() == 40U) << map.size();
+        map.clear();
+    };
+    EXPECT_EQ(resultsUnderShortage(parse, 1, check), std::set<int>{-8});
+}
+
+/// Without any memory at all.
+bool needsNoMemory(const std::function<int()>& operation) {
+    return runShort(0, true, operation) == 1 && !t_failed;
+}
+
+TEST(Shortage, NamesAndKindsNeedNoMemory) {
+    int width = 0;
+    int height = 0;
+    char name[16];
+    EXPECT_TRUE(needsNoMemory([&] { return getResolutionByStr("720P", VIDEO_SYSTEM_PAL, &width, &height); }));
+    EXPECT_TRUE(
+        needsNoMemory([&] { return getResolutionByStr("640x480", VIDEO_SYSTEM_NTSC, &width, &height); }));
+    EXPECT_TRUE(needsNoMemory(
+        [&] { return getResolutionStrByValue2("CIF,4CIF,640x480", 640, 480, name, sizeof name); }));
+    for (const auto check : {checkIfONVIFProductName, checkIf331_578ProductName, checkIf5240ProductName,
+                             checkIfPellProductId, checkIfNoCapabilityProductId, haveResoIndepInCapability,
+                             haveProfileInCapability, haveIDPTZInCapability})
+        EXPECT_TRUE(needsNoMemory([&] { return check("a text that is too long to be kept in place"), 1; }));
+}
+
+TEST(Shortage, LocksNeedNoMemory) {
+    vm_mutex mutex;
+    EXPECT_TRUE(needsNoMemory([&] {
+        vm_mutex_set_invalid(&mutex);
+        const int ready = vm_mutex_init(&mutex);
+        const int taken = vm_mutex_lock(&mutex);
+        const int given = vm_mutex_unlock(&mutex);
+        vm_mutex_destroy(&mutex);
+        return ready == 1 && taken == 1 && given == 1 ? 1 : 0;
+    }));
+}
+
+TEST(Shortage, ShortTraceLinesNeedNoMemory) {
+    static int lines = 0;
+    lines = 0;
+    koine::traceToCallback([](const char*, void*) { ++lines; }, nullptr);
+    EXPECT_TRUE(needsNoMemory([] { return dbg_trace("#%d some.operation: uid=%d. \n", 1, 2), 1; }));
+    EXPECT_EQ(lines, 1);
+    koine::traceToNowhere();
+}
+
 class ClientShortage : public testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -209,6 +261,20 @@ protected:
 TEST_F(ClientShortage, NoClientIsMade) {
     EXPECT_EQ(resultsUnderShortage([] { return ClientPtr(CreateIHttpClient()) ? 1 : 0; }, 1),
               std::set<int>{0});
+}
+
+TEST_F(ClientShortage, EverythingButARequestNeedsNoMemory) {
+    const ClientPtr client(CreateIHttpClient());
+    ASSERT_EQ(request(*client, url), 1);
+    EXPECT_TRUE(needsNoMemory([&] {
+        client->SetTimeout(1000);
+        client->SetUid(3);
+        client->Abort();
+        const bool hasHeader = client->GetHeader("Content-Length") != nullptr;
+        return client->GetStatus() == 200 && hasHeader ? 1 : 0;
+    }));
+    runShort(0, true, [&] { return client->Close(), 1; });
+    EXPECT_EQ(request(*client, url), 1);
 }
 
 TEST_F(ClientShortage, FirstRequestFailsAndTheSecondWorks) {
