@@ -1,13 +1,13 @@
-"""Builds the unit tests once, and then again and again with one source changed.
+"""Links the unit tests again and again, each time with one source changed.
 
-Everything happens in copies of the tree: the sources that a person works on are never touched, whatever
-ends the run. A changed source is compiled by the command that CMake noted for it, and only what depends on
-it is compiled and linked anew.
+The sources that a person works on are never touched: a change is made in a copy of the tree, compiled by the
+command that CMake noted for the source, and linked with the objects of an ordinary build for everything
+that does not depend on it.
 """
 
 import json
 import os
-import pathlib
+import re
 import shutil
 import signal
 import subprocess
@@ -15,10 +15,9 @@ import sys
 import time
 
 TARGET = "koine_unit_tests"
-BUILD_TIME = 3600
-COMPILE_TIME = 300
+COMPILE_TIME = 300  # seconds
 MEMORY = 4 << 30  # bytes; a mutant that allocates without end must not take the machine down
-QUICK = "-O0 -g0"
+QUICK = "-O0 -g0 -w"  # no warnings: a mutant may well leave something unused
 
 
 def run(command, seconds, **options):
@@ -36,59 +35,52 @@ def run(command, seconds, **options):
             process.wait()
 
 
-def copy_tree(root, to):
-    shutil.copytree(root, to, ignore=shutil.ignore_patterns(".git", "build", "__pycache__"))
+def output_of(command):
+    return re.search(r" -o (\S+)", command).group(1)
 
 
 class Build:
-    """The unit tests of the unchanged tree, and how each of their objects was made."""
+    """The unit tests of the unchanged tree, and how each of their objects is made."""
 
     def __init__(self, root, folder):
-        self.folder, self.tree, self.build = folder, folder / "tree", folder / "build"
-        copy_tree(root, self.tree)
-        linker = ["-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld"] if shutil.which("ld.lld") else []
-        self._must([
-            "cmake", "-S", str(self.tree), "-B", str(self.build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-            f"-DCMAKE_CXX_FLAGS_DEBUG={QUICK}", "-DKOINE_WARNINGS_AS_ERRORS=OFF", "-DKOINE_BUILD_DEVICES=OFF",
-            "-DKOINE_BUILD_SIMULATOR=OFF", "-DKOINE_BUILD_TOOLS=OFF", *linker])
-        self._must(["ninja", "-C", str(self.build), TARGET])
-        self._read_commands()
-        self.program = self.build / self.link.split(" -o ")[1].split()[0]
+        self.root, self.folder = root, folder
+        self._ninja(TARGET)
+        commands = [entry["command"] for entry in json.loads((folder / "compile_commands.json").read_text())]
+        self.compile = {output_of(command): command for command in commands}
+        self.link = self._ninja("-t", "commands", TARGET).strip().split("\n")[-1]
+        self.program = output_of(self.link)
+        self._read_dependents()
         self.test_seconds = self._time_of_tests()
 
     def dependents(self, path):
         """The objects that are compiled from a source or include it."""
-        return self._dependents.get(str(self.tree / path), [])
+        return self._dependents.get(str(self.root / path), [])
 
     def passes(self, program, seconds):
         """True, False, or None when the time was up."""
         code = run(["prlimit", f"--as={MEMORY}", str(program), "--gtest_brief=1", "--gtest_fail_fast"], seconds)
         return None if code is None else code == 0
 
-    def _must(self, command):
-        done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=BUILD_TIME,
-                              text=True, check=False)
+    def _ninja(self, *arguments):
+        done = subprocess.run(["ninja", "-C", str(self.folder), *arguments], stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, text=True, check=False)
         if done.returncode != 0:
-            sys.exit(f"mutate: the unchanged tree does not build:\n{done.stdout[-4000:]}")
+            sys.exit(f"mutate: the unchanged tree does not build in {self.folder}:\n{done.stdout[-4000:]}")
         return done.stdout
 
-    def _read_commands(self):
-        entries = json.loads((self.build / "compile_commands.json").read_text())
-        self.compile = {entry["output"]: entry["command"] for entry in entries}
-        commands = self._must(["ninja", "-C", str(self.build), "-t", "commands", TARGET])
-        self.link = commands.strip().split("\n")[-1]
+    def _read_dependents(self):
         linked = set(self.link.split())
         self._dependents, output = {}, None
-        for line in self._must(["ninja", "-C", str(self.build), "-t", "deps"]).split("\n"):
+        for line in self._ninja("-t", "deps").split("\n"):
             if line.startswith("    ") and output in linked:
-                source = os.path.normpath(self.build / line.strip())
+                source = os.path.normpath(self.folder / line.strip())
                 self._dependents.setdefault(source, []).append(output)
             elif line and not line.startswith(" "):
                 output = line.split(":")[0]
 
     def _time_of_tests(self):
         started = time.monotonic()
-        if not self.passes(self.program, 600):
+        if not self.passes(self.folder / self.program, 600):
             sys.exit("mutate: the unit tests must pass before anything is changed; run ./run test first")
         return time.monotonic() - started
 
@@ -98,9 +90,10 @@ class Worker:
 
     def __init__(self, build, folder):
         self.build, self.tree, self.objects = build, folder / "tree", folder / "objects"
-        copy_tree(build.tree, self.tree)
+        shutil.copytree(build.root, self.tree, ignore=shutil.ignore_patterns(".git", "build", "__pycache__"))
+        self.linker = " -fuse-ld=lld" if shutil.which("ld.lld") else ""
         # A mutant that hangs must not hang the run; one that is merely slowed by a busy machine must pass.
-        self.patience = 10 + 5 * build.test_seconds
+        self.patience = 20 + 5 * build.test_seconds
 
     def judge(self, mutant):
         """'noticed', 'hung', 'survived' or 'invalid'."""
@@ -118,18 +111,20 @@ class Worker:
 
     def _program(self, outputs):
         """The unit tests with these objects compiled anew; None when something does not compile."""
-        link = self.build.link
+        link, program = self.build.link, self.objects / TARGET
         for output in outputs:
             fresh = self.objects / output
             fresh.parent.mkdir(parents=True, exist_ok=True)
-            command = self.build.compile[output].replace(str(self.build.tree), str(self.tree))
-            if not self._shell(command.replace(f"-o {output} ", f"-o {fresh} ")):
+            if not self._shell(self._of_copy(self.build.compile[output]).replace(f"-o {output} ", f"{QUICK} -o {fresh} ")):
                 return None
             link = link.replace(f" {output} ", f" {fresh} ")
-        program = self.objects / TARGET
-        old = self.build.program.relative_to(self.build.build)
-        linked = outputs and self._shell(link.replace(f"-o {old} ", f"-o {program} "))
+        linked = outputs and self._shell(link.replace(f"-o {self.build.program} ", f"{self.linker} -o {program} "))
         return program if linked else None
 
+    def _of_copy(self, command):
+        """The command, reading the copy instead of the tree; what was generated stays where it is."""
+        in_copy = command.replace(f"{self.build.root}/", f"{self.tree}/")
+        return in_copy.replace(f"{self.tree}/build/", f"{self.build.root}/build/")
+
     def _shell(self, command):
-        return run(command, COMPILE_TIME, shell=True, cwd=self.build.build) == 0
+        return run(command, COMPILE_TIME, shell=True, cwd=self.build.folder) == 0

@@ -3,7 +3,7 @@
 
 Each mutant is one change of one line (mutants.py): a comparison turned, a constant moved, a separator
 replaced, a condition removed, two statements swapped, a statement dropped. It is compiled, in a copy of the
-tree, and the unit tests run on it. A mutant that does not compile says nothing and is not counted; one on
+tree (builder.py), and the unit tests run on it. A mutant that does not compile says nothing and is not counted; one on
 which the tests do not come to an end is noticed. A mutant that no test notices is printed with its change,
 unless it stands in survivors.txt with the reason why no test can notice it.
 
@@ -115,6 +115,7 @@ def read_options():
     parser.add_argument("--count", type=int, default=400, help="mutants to judge (default: 400; 0: all)")
     parser.add_argument("--seed", type=int, default=1, help="another sample (default: 1)")
     parser.add_argument("--jobs", type=int, default=2, help="mutants judged at a time (default: 2)")
+    parser.add_argument("--build", default="build/dev", help="folder of an ordinary build (default: build/dev)")
     parser.add_argument("--only", default="", help="only files whose path contains this")
     return parser.parse_args()
 
@@ -126,8 +127,7 @@ def main():
     started = time.monotonic()
     folder = pathlib.Path(tempfile.mkdtemp(prefix="koine-mutation-"))
     try:
-        print("Building the unit tests ...", flush=True)
-        build = Build(ROOT, folder / "base")
+        build = Build(ROOT, ROOT / options.build)
         workers = [Worker(build, folder / str(number)) for number in range(options.jobs)]
         print(f"The unit tests take {build.test_seconds:.1f} s. Judging mutants ...", flush=True)
         kinds = sample(mutants, workers, options.count or len(mutants))
