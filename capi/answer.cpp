@@ -4,7 +4,6 @@
 #include "capi/edge.h"
 #include "koine/koine.h"
 #include "koine/types.h"
-#include "platform/cgi_text.h"
 #include "text/owned_text.h"
 
 #include <array>
@@ -36,11 +35,7 @@ constexpr std::array<Meaning, 10> kMeanings = {{
     {KOINE_NO_FUNCTION, "the device does not have this function"},
 }};
 
-CgiMap valuesOf(const char* answer) {
-    CgiMap values;
-    createMapStr(answer, &values);
-    return values;
-}
+CgiMap valuesOf(const char* answer) { return Answer{kOk, orEmpty(answer)}.values(); }
 
 } // namespace
 
@@ -49,7 +44,7 @@ int koine_status(const char* answer) { return answerStatus(viewOf(answer)); }
 char* koine_value(const char* answer, const char* key) {
     char* text = nullptr;
     atEdge([&] {
-        const CgiMap values = valuesOf(orEmpty(answer));
+        const CgiMap values = valuesOf(answer);
         const auto found = values.find(viewOf(key));
         if (found != values.end())
             text = copyText(found->second).release();
@@ -62,7 +57,7 @@ int koine_visit_values(const char* answer, koine_visitor visit, void* context) {
     if (visit == nullptr)
         return KOINE_OK;
     return atEdge([&] {
-        for (const auto& [key, value] : valuesOf(orEmpty(answer)))
+        for (const auto& [key, value] : valuesOf(answer))
             if (visit(key.c_str(), value.c_str(), context) != 0)
                 break;
         return +KOINE_OK;

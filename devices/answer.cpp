@@ -6,6 +6,8 @@
 #include "text/numbers.h"
 #include "text/owned_text.h"
 
+#include <new>
+
 namespace koine {
 namespace {
 
@@ -37,7 +39,9 @@ int Answer::status() const { return answerStatus(text); }
 
 CgiMap Answer::values() const {
     CgiMap map;
-    createMapStr(text.c_str(), &map);
+    const int parsed = createMapStr(text.c_str(), &map);
+    if (parsed == kNoResource && status() != kNoResource) // not what the text itself says
+        throw std::bad_alloc();
     return map;
 }
 

@@ -20,6 +20,7 @@ struct Answer {
     KOINE_EXPORT int status() const;
 
     /// The `key=value` lines; empty when the text carries a failing status.
+    /// @throws std::bad_alloc when they do not fit into memory
     KOINE_EXPORT CgiMap values() const;
 };
 

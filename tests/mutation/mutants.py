@@ -34,6 +34,7 @@ STATEMENT = re.compile(
     r"^\s+(?!return\b|const\b|auto\b|static\b|using\b|if\b|for\b|else\b|case\b|break\b)"
     r"[\w.>\-*()]+[(=+\[].*;\s*$"
 )
+DECLARATION = re.compile(r"= (delete|default);\s*$")  # nothing that runs
 NO_CODE = ("//", "#", "*", "/*", "static_assert", "using ", "namespace")
 
 
@@ -78,7 +79,7 @@ def changes_of(text):
 def mutants_of(path, source):
     lines = source.split("\n")
     for number, text in enumerate(lines):
-        if not text.strip() or text.strip().startswith(NO_CODE):
+        if not text.strip() or text.strip().startswith(NO_CODE) or DECLARATION.search(text):
             continue
         for kind, changed in changes_of(text):
             yield Mutant(path, number, kind, [text], [] if changed is None else [changed])

@@ -19,6 +19,7 @@ import pathlib
 import queue
 import random
 import shutil
+import signal
 import sys
 import tempfile
 import time
@@ -30,13 +31,13 @@ from mutants import mutants_of  # noqa: E402
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
-FOLDERS = ("request", "cache", "media", "stream", "text")
+CORE = ("request", "cache", "media", "stream")
 NOTICED_AT_LEAST = 0.90
 VERDICTS = ("noticed", "hung", "survived", "explained", "invalid")
 
 
-def all_mutants(only):
-    for folder in FOLDERS:
+def all_mutants(folders, only):
+    for folder in folders:
         for file in sorted((ROOT / folder).glob("*.cpp")) + sorted((ROOT / folder).glob("*.h")):
             path = str(file.relative_to(ROOT))
             if only in path:
@@ -86,7 +87,7 @@ def sample(mutants, workers, count):
         counted += verdict != "invalid"
         if verdict == "survived":
             print(f"survived  line {mutant.line + 1}  {mutant.name()}", flush=True)
-        if counted % 50 == 0 and verdict != "invalid":
+        if counted % 10 == 0 and verdict != "invalid":
             print(f"... {counted} of {count}", flush=True)
         if counted == count:
             break
@@ -116,20 +117,22 @@ def read_options():
     parser.add_argument("--seed", type=int, default=1, help="another sample (default: 1)")
     parser.add_argument("--jobs", type=int, default=2, help="mutants judged at a time (default: 2)")
     parser.add_argument("--build", default="build/dev", help="folder of an ordinary build (default: build/dev)")
+    parser.add_argument("--folders", default=",".join(CORE), help="where to look (default: the core)")
     parser.add_argument("--only", default="", help="only files whose path contains this")
     return parser.parse_args()
 
 
 def main():
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutate: ended from outside"))  # copies are removed
     options = read_options()
-    mutants = list(all_mutants(options.only))
+    mutants = list(all_mutants(options.folders.split(","), options.only))
     random.Random(options.seed).shuffle(mutants)
     started = time.monotonic()
     folder = pathlib.Path(tempfile.mkdtemp(prefix="koine-mutation-"))
     try:
         build = Build(ROOT, ROOT / options.build)
         workers = [Worker(build, folder / str(number)) for number in range(options.jobs)]
-        print(f"The unit tests take {build.test_seconds:.1f} s. Judging mutants ...", flush=True)
+        print(f"The unit tests take {build.test_seconds:.1f} s of processor time. Judging mutants ...", flush=True)
         kinds = sample(mutants, workers, options.count or len(mutants))
     finally:
         shutil.rmtree(folder, ignore_errors=True)

@@ -175,6 +175,7 @@ const std::vector<Scenario>& scenarios() {
         {"openDevice", makeDialect, nothing, opening, true},
         {"DialectRequest's operations", makeDialect, warm, dialectOperations, false},
         {"koine::request", makeDialect, nothing, requestHelper, true},
+        {"interface for C", makeDialect, nothing, cInterface, false},
         {"first stream, DialectRequest", makeDialect, nothing, firstStream, false},
         {"config set, DialectRequest", makeDialect, warm, configSet, false},
         {"config get, DialectRequest", makeDialect, nothing, configGet, false},

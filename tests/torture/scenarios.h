@@ -70,6 +70,7 @@ void registry(Subject& subject);
 void opening(Subject& subject); // device_operations.cpp
 void dialectOperations(Subject& subject);
 void requestHelper(Subject& subject);
+void cInterface(Subject& subject); // c_operations.cpp
 
 const std::vector<Scenario>& scenarios();
 
