@@ -99,7 +99,8 @@ void expectEndsWell(const Fault& fault, const RequestKind& kind, Place place, Au
     const std::string what = std::string(kind.name) + ", " + text;
     rig.misbehave(text);
     const Cost cost = costOf([&] { return ask(rig.device(), kind); });
-    expectCheap(cost, what, contains(text, "Profiles.Count") ? kMostCacheMemory : kMostMemory);
+    expectCheap(cost, what, rig.device().requestsSent(),
+                contains(text, "Profiles.Count") ? kMostCacheMemory : kMostMemory);
     EXPECT_TRUE(isStated(cost.answer)) << what << ": " << cost.answer.result << " " << cost.answer.text;
     if (fault.result != kDependsOnTheKind) {
         EXPECT_EQ(cost.answer.result, expectedResult(fault, kind, place)) << what;
