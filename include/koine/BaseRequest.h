@@ -150,12 +150,18 @@ public:
     virtual int getCacheLogin(unsigned int uid, int refresh, const char* key, char** answer);
 
     /// The device's capabilities, whole, converted; sets the capability flags.
+    /// @param uid the stream user who asks
+    /// @param refresh 1 empties the cache first
     /// @param url null, or a ready URL that is requested instead of the built one
+    /// @param[out] answer null, or receives the printed cache
     virtual int getCacheCapability(unsigned int uid, int refresh, const char* url, char** answer);
 
     /// The device's media profiles, completed and normalised; sets profile count and media-profile flag.
+    /// @param uid the stream user who asks
+    /// @param refresh 1 empties the cache first
     /// @param url null, or a ready URL that is requested instead of the built one
     /// @param key which keys to print ("Media.*"), null for all
+    /// @param[out] answer null, or receives the printed keys
     virtual int getCacheConfigMedia(unsigned int uid, int refresh, const char* url, const char* key,
                                     char** answer);
 
@@ -184,7 +190,11 @@ public:
     virtual int convertCgiMisc(CgiMap* misc, CgiMap* notification);
 
     /// Locked. Sends one request to the device with the stored credentials.
+    /// @param uid the stream user who asks
+    /// @param url an absolute URL
     /// @param[out] answer receives a copy of the body when there is one, else stays as it is
+    /// @param method 0 is GET, anything else POST
+    /// @param connection whether the connection is kept
     /// @retval 1 the device answered
     /// @retval -2 null url
     /// @retval -8 no HTTP client
@@ -233,6 +243,8 @@ public:
     // ---- Request lines: request/rewrite.cpp, request/config_get.cpp, request/config_set.cpp
 
     /// Rewrites a request line into the device's dialect.
+    /// @param uid the stream user who asks
+    /// @param url the line; stays as it is
     /// @param[out] rewritten receives a `malloc`ed line when something applies, else stays as it is
     /// @retval 1 done
     /// @retval -8 out of memory

@@ -52,6 +52,7 @@ public:
     virtual int requestHttpData(unsigned int uid, char* url, char* username, char* password) = 0;
 
     /// Locked. Answers one request line of the dialect.
+    /// @param uid the stream user who asks
     /// @param url the request line, usually an absolute URL; the first one teaches the object the device's
     ///        address and port. Null is refused.
     /// @param username,password taken when the object has none yet, ignored afterwards
@@ -120,12 +121,19 @@ public:
     virtual void setStreamLive(IBase* live) = 0;
 
     /// Device-specific sending of one request; `BaseRequest::requestCgi_1` is the building block.
+    /// @param uid the stream user who asks
+    /// @param url an absolute URL, or a line of the host as it is after rewriting
     /// @param[out] answer receives a `malloc`ed copy of the device's text, or stays as it is
+    /// @param method how to send it; the library itself always asks for the plain method
+    /// @param connection whether the connection is kept; the library itself always keeps it
     /// @retval 1 the device answered
     virtual int requestCgi(unsigned int uid, char* url, char** answer, _REQCGI_METHOD_DEF method,
                            _REQCGI_CONNECTION_DEF connection) = 0;
 
     /// Device-specific building of a stream URI.
+    /// @param uid the stream user who asks
+    /// @param serverAddress as `server_address` gives it
+    /// @param serverPort the device's HTTP port
     /// @param videoEncoding "H264", "MPEG4", "JPEG" or what the device names
     /// @param audioEncoding "ULAW", or null when the device has no audio input
     /// @param width,height in pixels, 0 when unknown
