@@ -1,0 +1,6 @@
+// Around lines of a test that makes a simulated device.
+#include "simulator/simulated_device.h"
+
+void makeDevice() {
+    // @BLOCK@
+}

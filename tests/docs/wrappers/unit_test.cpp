@@ -1,0 +1,18 @@
+// Around lines of a test of the core, which has the scripted support library.
+#include "tests/support/failing_allocations.h"
+#include "tests/support/scripted_platform.h"
+#include "tests/support/test_request.h"
+
+#include <gtest/gtest.h>
+
+namespace koine::test {
+
+TEST(Document, Block) {
+    const auto step = [] { return 1; };
+    static_cast<void>(step);
+    {
+        // @BLOCK@
+    }
+}
+
+} // namespace koine::test
