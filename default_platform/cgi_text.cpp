@@ -91,7 +91,15 @@ public:
         pattern_ = text.substr(beginning_.size());
     }
 
-    // Most requests name a whole category ("Video.*"): then the beginning decides.
+    /// Most requests name a whole category ("Video.*") of a map that holds nothing else. The keys are in byte
+    /// order: when the first and the last begin like that, so do all between them.
+    bool matchesAll(const CgiMap& map) const {
+        if (all_ || map.empty())
+            return true;
+        return pattern_ == "*" && koine::startsWith(map.begin()->first, beginning_) &&
+               koine::startsWith(map.rbegin()->first, beginning_);
+    }
+
     bool matches(std::string_view key) const {
         if (all_)
             return true;
@@ -127,11 +135,30 @@ private:
     std::string_view pattern_;   // from there on
 };
 
-std::size_t printedSize(const CgiMap& map, const KeyPattern& wanted) {
+/// The entries of a map that a request names.
+class Selection {
+public:
+    Selection(const CgiMap& map, const KeyPattern& wanted)
+        : map_(map), wanted_(wanted), isWhole_(wanted.matchesAll(map)) {}
+
+    template <typename Visit>
+    void forEach(Visit visit) const {
+        for (const auto& [key, value] : map_)
+            if (isWhole_ || wanted_.matches(key))
+                visit(key, value);
+    }
+
+private:
+    const CgiMap& map_;
+    const KeyPattern& wanted_;
+    bool isWhole_;
+};
+
+std::size_t printedSize(const Selection& entries) {
     std::size_t size = 0;
-    for (const auto& [key, value] : map)
-        if (wanted.matches(key))
-            size += key.size() + value.size() + std::strlen("=\n");
+    entries.forEach([&](const std::string& key, const std::string& value) {
+        size += key.size() + value.size() + std::strlen("=\n");
+    });
     return size;
 }
 
@@ -140,17 +167,20 @@ char* put(char* at, std::string_view text) {
     return at + text.size();
 }
 
-OwnedText print(const CgiMap& map, const KeyPattern& wanted) {
-    const std::size_t size = printedSize(map, wanted);
+OwnedText print(const Selection& entries) {
+    const std::size_t size = printedSize(entries);
     if (size == 0)
         return nullptr;
     OwnedText text(static_cast<char*>(std::malloc(kHead.size() + size + 1)));
     if (!text)
         return nullptr;
     char* at = put(text.get(), kHead);
-    for (const auto& [key, value] : map)
-        if (wanted.matches(key))
-            at = put(put(put(put(at, key), "="), value), "\n");
+    entries.forEach([&](const std::string& key, const std::string& value) {
+        at = put(at, key);
+        *at++ = '=';
+        at = put(at, value);
+        *at++ = '\n';
+    });
     *at = '\0';
     return text;
 }
@@ -164,5 +194,8 @@ int createMapStr(const char* text, CgiMap* map) {
 int createMapstrFromCgi(const char* text, CgiMap* map) { return createMapStr(text, map); }
 
 char* getCgiStr(CgiMap* map, const char* key) {
-    return map == nullptr ? nullptr : print(*map, KeyPattern(key)).release();
+    if (map == nullptr)
+        return nullptr;
+    const KeyPattern wanted(key);
+    return print(Selection(*map, wanted)).release();
 }

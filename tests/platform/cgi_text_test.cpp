@@ -151,6 +151,19 @@ INSTANTIATE_TEST_SUITE_P(
                     Match{"Video.I0.HueMaxi", "(null)"}, Match{"", "(null)"}, Match{"Video.?0.Hue", "(null)"},
                     Match{"*q*", "(null)"}, Match{"*Hue*Hue", "(null)"}));
 
+TEST(Printer, CategoryIsPrintedWhereverItStandsInTheMap) {
+    // Upper case sorts before ".", "." before "X", and lower case last.
+    const CgiMap mixed = {{"VIDEO.A", "1"}, {"Video.A", "2"}, {"VideoX", "3"}, {"video.a", "4"}};
+    EXPECT_EQ(printed(mixed, "Video.*"), "0\nOK\nVIDEO.A=1\nVideo.A=2\nvideo.a=4\n");
+    const CgiMap inside = {{"Video.A", "1"}, {"VideoX", "2"}, {"Video~", "3"}};
+    EXPECT_EQ(printed(inside, "Video.*"), "0\nOK\nVideo.A=1\n");
+    const CgiMap whole = {{"Video.", "1"}, {"Video.A", "2"}, {"Video.~", "3"}};
+    EXPECT_EQ(printed(whole, "Video.*"), printed(whole, nullptr));
+    EXPECT_EQ(printed(whole, "video.*"), printed(whole, nullptr));
+    EXPECT_EQ(printed(whole, "Video.*A"), "0\nOK\nVideo.A=2\n");
+    EXPECT_EQ(printed(whole, "Video."), "0\nOK\nVideo.=1\n");
+}
+
 TEST(Printer, NothingToPrintIsNull) {
     EXPECT_EQ(printed({}, nullptr), "(null)");
     EXPECT_EQ(printed({}, "*"), "(null)");
