@@ -22,9 +22,12 @@ public:
 
     /// Makes room before the first part comes; `append` does it by itself otherwise.
     bool create() {
-        text_.reset(static_cast<char*>(std::calloc(1, kFirstCapacity)));
-        capacity_ = text_ ? kFirstCapacity : 0;
-        return text_ != nullptr;
+        text_.reset(static_cast<char*>(std::malloc(kFirstCapacity)));
+        if (!text_)
+            return false;
+        capacity_ = kFirstCapacity;
+        put({});
+        return true;
     }
 
     Outcome append(std::string_view part) {
