@@ -4,12 +4,16 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <charconv>
 #include <climits>
 #include <clocale>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <locale.h>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -36,12 +40,14 @@ constexpr LeadingLong leadingLong(std::string_view text) noexcept {
     const bool negative = !digits.empty() && digits.front() == '-';
     if (negative || (!digits.empty() && digits.front() == '+'))
         digits.remove_prefix(1);
+    constexpr std::size_t kSafeDigits = std::numeric_limits<long>::digits10; // so many never overflow
     std::size_t count = 0;
     long value = 0;
     for (; count < digits.size() && isDigit(digits[count]); ++count) {
         const long digit = digits[count] - '0';
         // Gathered on the negative side, which reaches one further.
-        value = value < (LONG_MIN + digit) / 10 ? LONG_MIN : value * 10 - digit;
+        const bool isBelow = count >= kSafeDigits && value < (LONG_MIN + digit) / 10;
+        value = isBelow ? LONG_MIN : value * 10 - digit;
     }
     if (count == 0)
         return {};
@@ -74,8 +80,34 @@ inline std::string numberText(std::string_view text) {
     return {trimmed.begin(), end};
 }
 
+/// Digits with at most one point among them, and nothing else: what devices write. Few enough of them that
+/// they and the power of ten are exact, so that the quotient is rounded once, as `strtod` rounds.
+constexpr std::optional<double> plainFraction(std::string_view text) noexcept {
+    constexpr std::size_t kExactDigits = 15;
+    if (text.empty() || text.size() > kExactDigits || FLT_EVAL_METHOD != 0)
+        return std::nullopt;
+    std::int64_t digits = 0;
+    std::int64_t divisor = 0; // 0 until the point
+    for (const char c : text) {
+        if (c == '.' && divisor == 0) {
+            divisor = 1;
+        } else if (isDigit(c)) {
+            digits = digits * 10 + (c - '0');
+            divisor *= 10;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (text == ".")
+        return std::nullopt;
+    return divisor == 0 ? static_cast<double>(digits)
+                        : static_cast<double>(digits) / static_cast<double>(divisor);
+}
+
 /// `strtod`: 0 when there is no number.
 inline double readDouble(std::string_view text) {
+    if (const std::optional<double> plain = plainFraction(text))
+        return *plain;
     const std::string number = numberText(text);
     const locale_t locale = plainLocale();
     return locale == nullptr ? std::strtod(number.c_str(), nullptr)
@@ -111,6 +143,8 @@ private:
 
 /// As a text stream prints a float by default: up to six significant digits, no trailing zeros.
 inline std::string generalText(float value) {
+    if (value > 0.0F && value < 1e6F && value == static_cast<float>(static_cast<long>(value)))
+        return numberAsText(static_cast<long>(value));
     const PlainLocaleScope plain;
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%g", static_cast<double>(value));
