@@ -5,7 +5,9 @@
 #include "text/numbers.h"
 #include "text/scan.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <string>
 #include <string_view>
 
@@ -83,53 +85,60 @@ constexpr std::string_view suffixOf(ProfileKey key) { return kProfileSuffixes[st
 constexpr std::string_view suffixOf(EncoderKey key) { return kEncoderSuffixes[static_cast<unsigned>(key)]; }
 constexpr std::string_view suffixOf(EncodingKey key) { return kEncodingSuffixes[static_cast<unsigned>(key)]; }
 
-/// Builds the keys of one profile. A view it returns stays valid until the next one is asked for.
+/// How long a key without an encoding can be, whatever the profile's number.
+constexpr std::size_t longestProfileKey() {
+    std::size_t longestSuffix = 0;
+    for (const std::string_view suffix : kEncoderSuffixes)
+        longestSuffix = std::max(longestSuffix, suffix.size());
+    return kProfilePrefix.size() + std::string_view("-2147483648").size() + kEncoderPart.size() +
+           longestSuffix;
+}
+
+/// Builds the keys of one profile, in place. A view it returns stays valid until the next one is asked for.
 class ProfileKeys {
 public:
     explicit ProfileKeys(ProfileNumber profile) {
-        text_.reserve(kUsualLength); // one allocation for all keys
-        text_ += kProfilePrefix;
+        put(0, kProfilePrefix);
         select(profile);
     }
 
     /// Goes on with another profile.
     void select(ProfileNumber profile) {
-        text_.resize(kProfilePrefix.size());
-        appendNumber(text_, profile.value);
-        prefixLength_ = text_.size();
+        char* const number = text_.data() + kProfilePrefix.size();
+        const auto end = std::to_chars(number, text_.data() + text_.size(), profile.value).ptr;
+        prefixLength_ = static_cast<std::size_t>(end - text_.data());
     }
 
-    std::string_view of(ProfileKey key) { return build(prefixLength_, suffixOf(key)); }
-
-    std::string_view of(EncoderKey key) {
-        restoreEncoderPart();
-        return build(text_.size(), suffixOf(key));
-    }
+    std::string_view of(ProfileKey key) { return put(prefixLength_, suffixOf(key)); }
+    std::string_view of(EncoderKey key) { return put(encoder().size(), suffixOf(key)); }
 
     /// Key of one encoding ("H264").
     std::string_view of(EncodingKey key, std::string_view encoding) {
-        restoreEncoderPart();
-        text_ += '.';
-        text_ += encoding;
-        return build(text_.size(), suffixOf(key));
+        const std::size_t length = encoder().size();
+        const std::string_view suffix = suffixOf(key);
+        if (length + 1 + encoding.size() + suffix.size() > text_.size())
+            return longer_.assign(text_.data(), length).append(".").append(encoding).append(suffix);
+        put(length, ".");
+        put(length + 1, encoding);
+        return put(length + 1 + encoding.size(), suffix);
     }
 
 private:
-    void restoreEncoderPart() {
-        text_.resize(prefixLength_);
-        text_ += kEncoderPart;
+    /// What the keys of the encoder configuration begin with.
+    std::string_view encoder() { return put(prefixLength_, kEncoderPart); }
+
+    std::string_view put(std::size_t at, std::string_view part) {
+        part.copy(text_.data() + at, part.size());
+        return {text_.data(), at + part.size()};
     }
 
-    std::string_view build(std::size_t keep, std::string_view suffix) {
-        text_.resize(keep);
-        text_ += suffix;
-        return text_;
-    }
+    /// Enough also for the encodings that are known.
+    static constexpr std::size_t kRoom = 128;
+    static_assert(longestProfileKey() <= kRoom);
 
-    static constexpr std::size_t kUsualLength = 95; ///< no key of a known encoding is longer
-
-    std::string text_;
+    std::array<char, kRoom> text_;
     std::size_t prefixLength_ = 0;
+    std::string longer_;
 };
 
 /// Reads "Media.Profiles.Profile<n>.VideoEncoderConfiguration<key>=<value>"; `value` is made by `into`.

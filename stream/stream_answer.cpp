@@ -2,16 +2,17 @@
 
 #include "cache/key_map.h"
 #include "cache/keys.h"
+#include "cache/nearby_search.h"
 #include "koine/BaseRequest.h"
 #include "media/profile_count.h"
 #include "media/profile_keys.h"
 #include "stream/first_profile.h"
 #include "stream/required_client.h"
 #include "stream/stream_traces.h"
+#include "text/bounded_text.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
 #include "text/words.h"
-#include "text/work_text.h"
 
 #include <array>
 
@@ -54,9 +55,14 @@ constexpr std::array<ProfileLine, 8> kProfileLines = {{
     {EncoderKey::qualityMin, "\nStream.Video.Quality.Min=", Print::whole},
 }};
 
+/// The same lines in the order in which their keys stand in the map.
+constexpr std::array<unsigned, kProfileLines.size()> kByKey = {5, 2, 6, 7, 4, 3, 1, 0};
+
 class StreamAnswer {
 public:
-    explicit StreamAnswer(std::string& text) : text_(text) { text_ = answers::kOkHead; }
+    StreamAnswer() { text_.append(answers::kOkHead); }
+
+    const BoundedText<kAnswerBytes>& text() const { return text_; }
 
     void addGiven(std::string_view start, std::string_view value) {
         if (!value.empty())
@@ -67,39 +73,50 @@ public:
         addGiven("\nProfileToken=", viewOf(client.profile_token()));
         addGiven("\nProfileMode=", client.profile_mode());
         if (client.profile_id() != 0)
-            appendNumber(text_.append("\nStream.Profile.Id="), client.profile_id());
+            text_.append("\nStream.Profile.Id=").append(client.profile_id());
         addGiven("\nStream.Stream=", client.setting_stream());
         addGiven("\nStream.Transport.Protocol=", client.transport_protocol());
     }
 
     void addProfile(const CgiMap& media, ProfileNumber profile) {
         ProfileKeys keys(profile);
+        NearbySearch<const CgiMap> search(media);
+        const auto find = [&search](std::string_view key) {
+            return search.moveTo(key) ? &search.place()->second : nullptr;
+        };
         std::string_view codec = kDefaultCodec;
-        if (const std::string* encoding = findValue(media, keys.of(EncoderKey::encoding))) {
+        if (const std::string* encoding = find(keys.of(EncoderKey::encoding))) {
             codec = codecName(*encoding);
             text_.append("\nStream.Profile.Encoding=").append(codec);
         }
-        for (const ProfileLine& line : kProfileLines)
-            addLine(line, media, keys, codec);
+        std::array<const std::string*, kProfileLines.size()> values{};
+        for (const unsigned i : kByKey) {
+            const ProfileLine& line = kProfileLines[i];
+            values[i] = find(line.print == Print::sizesOfCodec ? keys.of(EncodingKey::sizes, codec)
+                                                               : keys.of(line.key));
+        }
+        for (unsigned i = 0; i < values.size(); ++i)
+            if (values[i] != nullptr)
+                addLine(kProfileLines[i], *values[i], codec);
     }
 
 private:
-    void addLine(const ProfileLine& line, const CgiMap& media, ProfileKeys& keys, std::string_view codec) {
-        const bool isSizes = line.print == Print::sizesOfCodec;
-        const std::string* value =
-            findValue(media, isSizes ? keys.of(EncodingKey::sizes, codec) : keys.of(line.key));
-        if (value == nullptr)
-            return;
+    void addLine(const ProfileLine& line, const std::string& value, std::string_view codec) {
         text_.append(line.start);
-        if (isSizes)
-            text_.append(codec).append(".NxN.List=").append(*value);
-        else if (line.print == Print::oneDecimal)
-            text_.append(fixedText(readDouble(*value), 1));
-        else
-            appendNumber(text_, readInt(*value));
+        switch (line.print) {
+        case Print::sizesOfCodec:
+            text_.append(codec).append(".NxN.List=").append(value);
+            break;
+        case Print::oneDecimal:
+            text_.append(fixedText(readDouble(value), 1));
+            break;
+        case Print::whole:
+            text_.append(readInt(value));
+            break;
+        }
     }
 
-    std::string& text_;
+    BoundedText<kAnswerBytes> text_;
 };
 
 /// Without a profile of the user's token the chosen one stays.
@@ -133,16 +150,13 @@ int BaseRequest::buildCgiStreamGet(unsigned int uid, char* /*url*/, char** answe
     if (answer == nullptr)
         return kOk;
 
-    std::string text;
+    StreamAnswer built;
+    built.addUser(client);
+    if (hasProfiles)
+        built.addProfile(media_.map, ProfileNumber{client.profile_id()});
     OwnedText copy;
-    if (reserveText(text, kAnswerBytes)) {
-        StreamAnswer built(text);
-        built.addUser(client);
-        if (hasProfiles)
-            built.addProfile(media_.map, ProfileNumber{client.profile_id()});
-        if (text.size() < kAnswerBytes)
-            copy = copyText(text);
-    }
+    if (built.text().isWhole())
+        copy = copyText(built.text().view());
     if (!copy) {
         stream_trace::streamNotBuilt(__LINE__, user, strm_setting_channel(), kNoResource);
         return fail(kNoResource, answer);
