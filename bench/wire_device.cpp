@@ -66,10 +66,11 @@ WireDevice::WireDevice(const sim::DeviceModel& model, unsigned int roundTripMill
         peer_.setFault(sim::Fault(sim::FaultKind::delay, roundTripMilliseconds));
 }
 
-boost::shared_ptr<DialectRequest> WireDevice::open(unsigned int /*connections*/) const {
+boost::shared_ptr<DialectRequest> WireDevice::open(unsigned int connections) const {
     DeviceOptions options;
     options.username = kUser;
     options.password = kPassword;
+    options.connections = connections;
     return openDevice(peer_.url(), options);
 }
 

@@ -2,6 +2,7 @@
 
 #include "cache/category_traces.h"
 #include "cache/keys.h"
+#include "cache/request_lines.h"
 #include "koine/BaseRequest.h"
 #include "platform/cgi_text.h"
 #include "text/owned_text.h"
@@ -47,27 +48,18 @@ struct CategoryFamily {
 };
 
 const CategoryFamily::Member CategoryFamily::video = {
-    "Config.cgi?action=get&category=Video.*",
-    &BaseRequest::video_,
-    prepareLogin,
-    convertVideo,
-    answers::kUnknownParameter,
-    false,
+    request_lines::kVideo,  &BaseRequest::video_,       prepareLogin,
+    convertVideo,           answers::kUnknownParameter, false,
     category_trace::kVideo,
 };
 
 const CategoryFamily::Member CategoryFamily::camera = {
-    "Config.cgi?action=get&category=Camera.*",
-    &BaseRequest::camera_,
-    prepareLogin,
-    convertCamera,
-    answers::kOk,
-    true,
+    request_lines::kCamera,  &BaseRequest::camera_, prepareLogin, convertCamera, answers::kOk, true,
     category_trace::kCamera,
 };
 
 const CategoryFamily::Member CategoryFamily::notification = {
-    "Config.cgi?action=get&category=Notification.*",
+    request_lines::kNotification,
     &BaseRequest::notification_,
     prepareLogin,
     convertNothing,
@@ -77,17 +69,12 @@ const CategoryFamily::Member CategoryFamily::notification = {
 };
 
 const CategoryFamily::Member CategoryFamily::misc = {
-    "Config.cgi?action=get&category=Misc.*",
-    &BaseRequest::misc_,
-    prepareNotification,
-    convertMisc,
-    answers::kOk,
-    false,
+    request_lines::kMisc,  &BaseRequest::misc_, prepareNotification, convertMisc, answers::kOk, false,
     category_trace::kMisc,
 };
 
 const CategoryFamily::Member CategoryFamily::videoAnalytics = {
-    "Config.cgi?action=get&category=VideoAnalytics.*",
+    request_lines::kVideoAnalytics,
     &BaseRequest::videoAnalytics_,
     prepareNothing,
     convertNothing,

@@ -53,7 +53,10 @@ public:
     const char* GetHeader(const char* name) override;
     void Abort() override { connection_.abort(); }
     void Close() override;
-    void SetUid(unsigned int uid) override { uid_ = uid; }
+    void SetUid(unsigned int uid) override {
+        uid_ = uid;
+        hasUser_ = true;
+    }
 
 private:
     void configure(CurlEasy& easy);
@@ -90,6 +93,7 @@ private:
 
     std::atomic<unsigned int> timeLimit_{0};
     std::atomic<unsigned int> uid_{0};
+    std::atomic<bool> hasUser_{false};
     std::atomic<bool> closeAsked_{false};
 };
 
@@ -278,6 +282,8 @@ void CurlClient::trimCookies() {
 }
 
 void CurlClient::traceFailure(HttpResult result, const char* why) const {
+    if (!hasUser_)
+        return; // nobody waits for this answer
     dbg_trace("??#%d IHttpClient::Request: uid=%u, err%d, %s. \n", __LINE__, uid_.load(),
               static_cast<int>(result), why);
 }

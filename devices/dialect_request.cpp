@@ -101,7 +101,7 @@ int DialectRequest::requestCgi(unsigned int uid, char* url, char** answer, _REQC
     if (url != nullptr && !isAbsolute(line)) {
         built.reset(getTovlinCgiUrl(server_address(), server_port(), url));
         url = built.get();
-    } else if (url != nullptr && !addresses(url, server_address(), server_port())) {
+    } else if (url != nullptr && !isOwnUrl(url)) {
         return refuse(uid, url);
     }
 
@@ -116,6 +116,10 @@ int DialectRequest::requestCgi(unsigned int uid, char* url, char** answer, _REQC
     else if (text && answer != nullptr)
         *answer = text.release();
     return result;
+}
+
+bool DialectRequest::isOwnUrl(const char* url) const {
+    return addresses(url, server_address(), server_port());
 }
 
 int DialectRequest::refuse(unsigned int uid, const char* url) {

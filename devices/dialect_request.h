@@ -11,6 +11,8 @@
 
 namespace koine {
 
+class PrefetchingClient;
+
 /// Sends every line to the device as it is and understands its refusals.
 ///
 /// Made by `openDevice`, or like any request object: created, then told address, port and credentials. A
@@ -20,6 +22,8 @@ namespace koine {
 /// object is shared. The counters may be read from any thread.
 class KOINE_EXPORT DialectRequest : public BaseRequest {
 public:
+    DialectRequest();
+
     const char* deviceClass() override;
 
     /// Locked. Asks the device for its login answer, unless it is known already.
@@ -29,6 +33,11 @@ public:
 
     int handleParameter(unsigned int uid, char* url, char** answer) override;
     int syncProfileToken(unsigned int uid) override;
+
+    /// As in `BaseRequest`. What several caches still lack is asked for at the same time: see
+    /// `setConnections`.
+    int cacheCgi(unsigned int uid) override;
+    int getCacheConfigAll(unsigned int uid, int mode, char** answer) override;
 
     /// Sends a line ("Login.cgi", "/Login.cgi") or an absolute URL to the device.
     ///
@@ -59,19 +68,34 @@ public:
     /// Whether stream URIs carry user name and password. Off unless set: URIs end up in logs.
     void setCredentialsInUri(bool wanted) { credentialsInUri_ = wanted; }
 
-    /// Requests that went to the device, answered or not. What a line cost is the difference of two reads;
-    /// 0 means that it was answered from the caches.
+    /// How many connections the device may see at a time while several caches are filled: 2 unless set, at
+    /// most 8. With 1 nothing is asked ahead. A class whose `requestCgi` changes the lines of the caches, or
+    /// that replaces how they are filled, sets 1: what is asked ahead are the lines of the dialect.
+    void setConnections(unsigned int most);
+    unsigned int connections() const { return connections_; }
+
+    /// Requests that were put to the device, answered or not; one whose answer came ahead counts as well.
+    /// What a line cost is the difference of two reads; 0 means that it was answered from the caches.
     std::uint64_t requestsSent() const { return requestsSent_.load(std::memory_order_relaxed); }
 
     /// Those of them that failed or were refused.
     std::uint64_t requestsFailed() const { return requestsFailed_.load(std::memory_order_relaxed); }
 
+    /// Those of them whose answers came ahead.
+    std::uint64_t requestsPrefetched() const;
+
 private:
+    class Fill;
+
+    bool isOwnUrl(const char* url) const;
     int refuse(unsigned int uid, const char* url);
 
     UriPattern uriPattern_;
     unsigned int rtspPort_ = 554;
     bool credentialsInUri_ = false;
+    unsigned int connections_ = 2;
+    bool hasFillFailed_ = false;
+    PrefetchingClient* client_ = nullptr; ///< owned by the base, as its client
     std::atomic<std::uint64_t> requestsSent_{0};
     std::atomic<std::uint64_t> requestsFailed_{0};
 };

@@ -11,6 +11,7 @@ void setUpDevice(DialectRequest& device, const DeviceUrl& url, const DeviceOptio
         device.setUriPattern(options.uriPattern);
     device.setRtspPort(options.rtspPort);
     device.setCredentialsInUri(options.credentialsInUri);
+    device.setConnections(options.connections);
     device.set_server_address(url.serverAddress().c_str());
     device.set_server_port(url.port);
     device.set_username((options.username.empty() ? url.username : options.username).c_str());

@@ -2,6 +2,7 @@
 
 #include "cache/key_map.h"
 #include "cache/keys.h"
+#include "cache/request_lines.h"
 #include "koine/BaseRequest.h"
 #include "media/media_traces.h"
 #include "media/profile_keys.h"
@@ -12,12 +13,6 @@
 #include "text/shortage.h"
 
 using namespace koine;
-
-namespace {
-
-constexpr std::string_view kRequestLine = "Config.cgi?action=get&category=Media.*&ch=";
-
-} // namespace
 
 /// Everything that must be there before the cache can answer. `raw` is left with the device's text.
 class BaseRequest::MediaFill {
@@ -64,8 +59,7 @@ private:
     }
 
     int ask() {
-        std::string line(kRequestLine);
-        appendNumber(line, required(client_).strm_nvr_subchannel());
+        const std::string line = request_lines::media(required(client_).strm_nvr_subchannel());
         const int result = request_.askDevice(uid_, line.c_str(), OutText(raw_));
         if (result != kOk)
             media_trace::notAnswered(result, user());

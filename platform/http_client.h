@@ -53,7 +53,8 @@ public:
     /// Closes the connection to the device; the next request opens it again.
     virtual void Close() = 0;
 
-    /// Marks the requests that follow as made for a stream user.
+    /// Marks the requests that follow as made for a stream user. A client that works for nobody yet asks
+    /// ahead: it should write no traces.
     virtual void SetUid(unsigned int uid) = 0;
 
 protected:

@@ -8,6 +8,8 @@
 #include "text/owned_text.h"
 #include "text/shortage.h"
 
+#include <utility>
+
 using namespace koine;
 
 namespace {
@@ -75,6 +77,10 @@ const char* BaseRequest::getCookie() {
 void BaseRequest::close() {
     if (httpClient_ != nullptr)
         httpClient_->Close();
+}
+
+IHttpClient* BaseRequest::exchangeHttpClient(IHttpClient* client) {
+    return std::exchange(httpClient_, client);
 }
 
 char* BaseRequest::deviceUrl(const char* requestLine) {

@@ -13,6 +13,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace koine {
 
@@ -323,6 +324,18 @@ public:
 
     /// Sets the video-analytics flag when the capability cache says so; never clears it.
     void paserCapabilitySupport();
+
+protected:
+    /// What of the device's configuration is still unknown.
+    enum class Configuration { all, withoutAnalytics };
+
+    /// The request lines that filling these caches is sure to send to the device when nothing fails, in this
+    /// order; what tells the device's kind comes before them and is left out.
+    std::vector<std::string> linesToFill(unsigned int uid, Configuration wanted);
+
+    /// Gives the object another HTTP client, for good. For constructors only: `close` takes no lock.
+    /// @return the client it had, which is the caller's from now on; null when there was none
+    IHttpClient* exchangeHttpClient(IHttpClient* client);
 
 private:
     friend struct koine::CategoryFamily;

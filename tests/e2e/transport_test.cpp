@@ -16,6 +16,7 @@ using test::trafficText;
 
 TEST(Transport, OneConnectionServesEverything) {
     Rig rig(AuthKind::digestMd5);
+    rig.device().setConnections(1);
     EXPECT_EQ(rig.device().cacheCgi(1), 1);
     EXPECT_EQ(rig.ask("Config.cgi?action=set&Video.I0.Brightness=60").result, 1);
     EXPECT_EQ(rig.ask("Config.cgi?action=get&category=*").result, 1);
@@ -24,6 +25,7 @@ TEST(Transport, OneConnectionServesEverything) {
 
 TEST(Transport, CachesAreFilledInOrder) {
     Rig rig;
+    rig.device().setConnections(1);
     EXPECT_EQ(rig.device().cacheCgi(1), 1);
     EXPECT_EQ(rig.peer().requestLog(),
               (std::vector<std::string>{"200 Login.cgi", "200 Capability.cgi?action=get",
@@ -113,8 +115,10 @@ TEST_F(Tls, ADeviceWithAKnownCertificateIsSpokenTo) {
     Rig rig(AuthKind::digestMd5, [this](sim::Options& options) { useCertificate(options); });
     setTlsAuthorityFile(certificate_.certificateFile().c_str());
     EXPECT_EQ(rig.peer().url().rfind("https://", 0), 0U);
+    rig.device().setConnections(1);
     EXPECT_EQ(rig.device().cacheCgi(1), 1);
     EXPECT_EQ(rig.traffic(), trafficText(1, 9, 1));
+    EXPECT_EQ(rig.another()->cacheCgi(1), 1) << "over two connections";
 }
 
 TEST_F(Tls, AnUnknownCertificateIsRefusedBeforeAnythingIsSaid) {

@@ -18,18 +18,21 @@ sim::Options optionsOf(const std::string& model, sim::AuthKind auth) {
     return options;
 }
 
-DeviceOptions hostOptions(const std::string& vendor) {
+DeviceOptions hostOptions(const std::string& vendor, unsigned int connections) {
     DeviceOptions options;
     options.username = kUser;
     options.password = kPassword;
     options.vendor = vendor;
+    options.connections = connections;
     return options;
 }
 
 } // namespace
 
-Bench::Bench(const std::string& model, const std::string& vendor, sim::AuthKind auth)
-    : device_(optionsOf(model, auth)), request_(openDevice(device_.url(), hostOptions(vendor))) {}
+Bench::Bench(const std::string& model, const std::string& vendor, sim::AuthKind auth,
+             unsigned int connections)
+    : device_(optionsOf(model, auth)),
+      request_(openDevice(device_.url(), hostOptions(vendor, connections))) {}
 
 Lines Bench::takeLines() {
     Lines lines;

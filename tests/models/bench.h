@@ -23,8 +23,9 @@ inline constexpr const char* kConfigSet = "Config.cgi?action=set";
 
 class Bench {
 public:
+    /// @param connections with one, lines reach the device in the order in which the library asks them
     explicit Bench(const std::string& model, const std::string& vendor = {},
-                   sim::AuthKind auth = sim::AuthKind::none);
+                   sim::AuthKind auth = sim::AuthKind::none, unsigned int connections = 1);
 
     sim::SimulatedDevice& device() { return device_; }
     DialectRequest& request() { return *request_; }

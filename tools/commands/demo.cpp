@@ -210,8 +210,7 @@ private:
         const sim::Counters counters = simulated_.counters();
         page_.fact("device", counted(counters.connections, "connection") + ", " +
                                  counted(counters.requests, "request") + ", of which " +
-                                 std::to_string(counters.unauthorized) +
-                                 " answered with 401: the challenge of Digest");
+                                 std::to_string(counters.unauthorized) + " answered with 401 (Digest)");
         page_.gap();
     }
 
