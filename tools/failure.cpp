@@ -5,6 +5,7 @@
 #include "koine/types.h"
 
 #include <array>
+#include <string_view>
 
 namespace koine::tool {
 namespace {
@@ -49,6 +50,14 @@ constexpr std::array<StatusRow, 2> kStatuses = {{
 }};
 
 } // namespace
+
+std::string Meaning::brief() const {
+    constexpr std::string_view kSubject = "the device ";
+    std::string_view what = std::string_view(text).substr(0, text.find_first_of(":;"));
+    if (what.substr(0, kSubject.size()) == kSubject)
+        what.remove_prefix(kSubject.size());
+    return std::string(what);
+}
 
 Meaning meaningOf(int result, int status) {
     if (result == kOk && status == 0)

@@ -38,8 +38,8 @@ struct Meaning {
     ExitCode code;
     std::string text; ///< what happened; what to do
 
-    /// What happened alone.
-    std::string brief() const { return text.substr(0, text.find_first_of(":;")); }
+    /// What happened alone, where it is plain whose answer it is.
+    std::string brief() const;
 };
 
 /// @param result of a request object

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -99,12 +100,14 @@ std::vector<std::size_t> Table::widths() const {
     return widths;
 }
 
-std::string Table::rowText(const std::vector<std::string>& cells,
-                           const std::vector<std::size_t>& widths) const {
+std::string Table::rowText(std::vector<std::string> cells, const Layout& layout) const {
+    const std::vector<std::size_t>& widths = layout.widths;
+    if (layout.last > 0 && !cells.empty() && cells.size() == widths.size())
+        cells.back() = shortened(cells.back(), layout.last);
     std::string text;
     for (std::size_t i = 0; i < cells.size() && i < widths.size(); ++i) {
         if (i > 0)
-            text += "  ";
+            text.append(layout.gap, ' ');
         if (columns_[i].align == Align::right)
             text.append(widths[i] - shownWidth(cells[i]), ' ').append(cells[i]);
         else
@@ -114,28 +117,31 @@ std::string Table::rowText(const std::vector<std::string>& cells,
     return text;
 }
 
-/// What the other columns leave, but never so little that nothing could be read.
-std::size_t Table::roomOfLast(const std::vector<std::size_t>& widths, std::size_t room) const {
-    constexpr std::size_t kLeast = 12;
-    constexpr std::size_t kGap = 2;
-    std::size_t others = 0;
-    for (std::size_t i = 0; i + 1 < widths.size(); ++i)
-        others += widths[i] + kGap;
-    return std::max(kLeast, room > others ? room - others : 0);
+Table::Layout Table::layoutFor(const Style& style, std::size_t indent, bool cut) const {
+    constexpr std::size_t kLeast = 12; // less of the last column could not be read
+    Layout layout;
+    layout.widths = widths();
+    if (!style.isTerminal() || layout.widths.empty())
+        return layout;
+    const std::size_t gaps = layout.widths.size() - 1;
+    const std::size_t cells = std::accumulate(layout.widths.begin(), layout.widths.end(), indent);
+    const std::size_t room = style.width();
+    if (cells + gaps * layout.gap > room)
+        layout.gap = 1;
+    const std::size_t others = cells - layout.widths.back() + gaps * layout.gap;
+    if (cut)
+        layout.last = std::max(kLeast, room > others ? room - others : 0);
+    return layout;
 }
 
-void Table::print(const Style& style, std::string_view indent, std::size_t room) const {
-    const std::vector<std::size_t> wide = widths();
+void Table::print(const Style& style, std::string_view indent, bool cut) const {
+    const Layout layout = layoutFor(style, indent.size(), cut);
     std::vector<std::string> titles;
     for (const Column& column : columns_)
         titles.push_back(column.title);
-    printLine(std::string(indent) + style.paint(Tint::bold, rowText(titles, wide)));
-    for (const Row& row : rows_) {
-        std::vector<std::string> cells = row.cells;
-        if (room > 0 && !cells.empty() && cells.size() == wide.size())
-            cells.back() = shortened(cells.back(), roomOfLast(wide, room - std::min(room, indent.size())));
-        printLine(std::string(indent) + style.paint(row.tint, rowText(cells, wide)));
-    }
+    printLine(std::string(indent) + style.paint(Tint::bold, rowText(titles, layout)));
+    for (const Row& row : rows_)
+        printLine(std::string(indent) + style.paint(row.tint, rowText(row.cells, layout)));
 }
 
 } // namespace koine::tool

@@ -61,8 +61,9 @@ public:
         rows_.push_back({std::move(cells), tint});
     }
     bool empty() const { return rows_.empty(); }
-    /// @param room columns there are; 0 for any number. The last column is cut where they are too few.
-    void print(const Style& style, std::string_view indent = {}, std::size_t room = 0) const;
+    /// On a terminal that is too narrow the columns stand closer.
+    /// @param cut whether the last column is then cut, so that no row is broken
+    void print(const Style& style, std::string_view indent = {}, bool cut = false) const;
 
 private:
     struct Row {
@@ -70,8 +71,13 @@ private:
         Tint tint;
     };
     std::vector<std::size_t> widths() const;
-    std::size_t roomOfLast(const std::vector<std::size_t>& widths, std::size_t room) const;
-    std::string rowText(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths) const;
+    struct Layout {
+        std::vector<std::size_t> widths;
+        std::size_t gap = 2;
+        std::size_t last = 0; ///< columns that the last one may take; 0 for any number
+    };
+    Layout layoutFor(const Style& style, std::size_t indent, bool cut) const;
+    std::string rowText(std::vector<std::string> cells, const Layout& layout) const;
 
     std::vector<Column> columns_;
     std::vector<Row> rows_;

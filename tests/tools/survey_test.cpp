@@ -61,7 +61,7 @@ TEST(SurveyCommand, APartialFailureIsToldForEachDeviceAndByTheExitCode) {
     const Outcome outcome = runTool({"survey", "--timeout", "1", "-"},
                                     lines({dome.url(), dome.urlFor("wrong"), kDeadUrl, hung.url()}));
     EXPECT_EQ(outcome.exitCode, 1);
-    for (const char* part : {"  TL-4410 Dome  IP CAMERA ", "  the device refused the user name or password\n",
+    for (const char* part : {"  TL-4410 Dome  IP CAMERA ", "  refused the user name or password\n",
                              "  cannot connect\n", "  no answer within 1 s\n", "1 of 4 devices answered"})
         EXPECT_TRUE(contains(outcome.out, part)) << part << outcome.out;
     EXPECT_EQ(outcome.err, "koine: 3 devices did not answer; koine info URL tells more about one\n");

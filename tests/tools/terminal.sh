@@ -51,4 +51,12 @@ narrow=$(on_terminal 20 "$survey")
 expect yes '2/2' 'a narrow terminal gets the counts' "$narrow"
 expect no '#' 'but no bar' "$narrow"
 expect no '2/2' 'no progress among traces' "$(on_terminal 80 "'$tool' survey -v '$work/list'")"
+
+# No row of the table is broken at 80 columns; in a file nothing is cut.
+widest=$(NO_COLOR=1 on_terminal 80 "$survey" | tr -d '\r' | sed 's/.*\x1b\[K//' | awk '{ print length($0) }' | sort -n | tail -1)
+test "$widest" -gt 40
+if ((widest > 80)); then
+  echo "a survey writes $widest columns on a terminal with 80"
+  failed=1
+fi
 exit $failed

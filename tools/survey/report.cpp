@@ -73,7 +73,7 @@ void showReport(const SurveyReport& report) {
                    answered ? "" : harmless(finding.brief)},
                   answered ? Tint::plain : Tint::red);
     }
-    table.print(style, "", style.isTerminal() ? style.width() : 0);
+    table.print(style, {}, true);
     printLine();
     printLine(std::to_string(report.count(State::answered)) + " of " +
               counted(report.devices.size(), "device") + " answered, " +
