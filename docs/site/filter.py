@@ -60,7 +60,8 @@ class Page:
         return f"[{text}](@ref no_such_file_{slug(target)})"  # Doxygen warns
 
     def prose(self, line):
-        """Links outside of code spans."""
+        """Links outside of code spans; percent signs within, which Doxygen would drop."""
+        line = re.sub(r"`[^`]+`", lambda span: span.group().replace("%", "%%"), line)
         parts = re.split(r"(`+[^`]*`+)", line)
         if "](" not in line:
             return line
