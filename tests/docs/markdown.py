@@ -25,7 +25,7 @@ class Block:
     line: int  # of its first line, counted from 1
     language: str
     lines: list
-    number: int  # on its page, counted from 1
+    number: int  # among the blocks of its language on its page, counted from 1
     hint: str = ""  # "run", "compile", "from" or nothing
     options: str = ""
 
@@ -78,7 +78,7 @@ def read_page(path):
                 block.lines.append(line.removeprefix(indent))
         elif opening:
             indent, fence, language = opening.groups()
-            block = Block(path, number + 1, language, [], len(page.blocks) + 1, *hint)
+            block = Block(path, number + 1, language, [], 1 + sum(b.language == language for b in page.blocks), *hint)
         else:
             read_prose(page, number, line, previous, before[0])
         found = HINT.match(line)
