@@ -5,6 +5,7 @@
 #include "tests/e2e/rig.h"
 
 #include <array>
+#include <ostream>
 
 namespace koine::test {
 
@@ -14,6 +15,8 @@ struct RequestKind {
     const char* ownPath;       ///< by which a fault of the device finds the request that this kind is about
     bool setsStreamUp = false; ///< a set-up is pending when the line comes
 };
+
+inline void PrintTo(const RequestKind& kind, std::ostream* stream) { *stream << kind.name; }
 
 inline constexpr const char* kStreamSetup =
     "Stream.cgi?action=set&StreamSetup.Stream=RTP-Unicast&StreamSetup.Transport.Protocol=TCP&ProfileMode=AUTO"
@@ -36,7 +39,7 @@ inline constexpr std::array<RequestKind, 11> kRequestKinds = {{
 /// Makes a request of a kind.
 Answer ask(DialectRequest& device, const RequestKind& kind);
 
-/// Does the text belong to the result: an answer to a success, the stated error to a failure?
+/// Does a failure come with the error text that is stated for it?
 bool isStated(const Answer& answer);
 
 } // namespace koine::test
