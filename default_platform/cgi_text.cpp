@@ -17,6 +17,11 @@ using koine::OwnedText;
 constexpr std::string_view kHead = "0\nOK\n";
 constexpr int kDeviceRefusedCredentials = -35;
 
+// A recorder of 64 channels with four profiles each sends less than half as many. A pair takes some twenty
+// times the memory of its shortest line, so the limit on an answer's bytes alone would not keep a hostile
+// device from filling the host's.
+constexpr std::size_t kMostPairs = std::size_t{64} << 10;
+
 /// Takes the next line off the text, without its line end.
 std::string_view takeLine(std::string_view& text) {
     const std::size_t end = text.find('\n');
@@ -42,7 +47,8 @@ int resultOf(int status) {
     return status == koine::kOk ? koine::kRefused : status;
 }
 
-CgiMap readPairs(std::string_view text) {
+/// Nothing when there are more than any device has.
+std::optional<CgiMap> readPairs(std::string_view text) {
     CgiMap pairs;
     while (!text.empty()) {
         const std::string_view line = takeLine(text);
@@ -52,6 +58,8 @@ CgiMap readPairs(std::string_view text) {
         // Devices send their keys in order, mostly: then the hint makes an insertion cheap.
         pairs.insert_or_assign(pairs.end(), std::string(line.substr(0, equals)),
                                std::string(line.substr(equals + 1)));
+        if (pairs.size() > kMostPairs)
+            return std::nullopt;
     }
     return pairs;
 }
@@ -77,8 +85,10 @@ int parse(const char* text, CgiMap* map) {
     if (*status != 0)
         return resultOf(*status);
     takeLine(rest); // the message line
-    CgiMap pairs = readPairs(rest);
-    moveInto(*map, pairs);
+    std::optional<CgiMap> pairs = readPairs(rest);
+    if (!pairs)
+        return koine::kRefused;
+    moveInto(*map, *pairs);
     return koine::kOk;
 }
 

@@ -191,6 +191,19 @@ TEST(Printer, PatternMadeOfStarsEndsInTime) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
 }
 
+TEST(ParserLimits, MorePairsThanAnyDeviceHasAreRefusedAndNoneIsKept) {
+    std::string text = "0\nOK\n";
+    for (int i = 0; i < 65'536; ++i)
+        text += std::to_string(i) + "=\n";
+    CgiMap map;
+    EXPECT_EQ(createMapStr(text.c_str(), &map), 1);
+    EXPECT_EQ(map.size(), 65'536U);
+    CgiMap none;
+    EXPECT_EQ(createMapStr((text + "one more=\n").c_str(), &none), -2);
+    EXPECT_TRUE(none.empty());
+    EXPECT_EQ(createMapStr((text + "0=again\n").c_str(), &none), 1) << "keys count, not lines";
+}
+
 TEST(Printer, LargeMapIsPrintedWhole) {
     CgiMap map;
     std::string expected = "0\nOK\n";
