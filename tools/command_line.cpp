@@ -329,7 +329,7 @@ Exit codes: 0 all devices answered, 1 some did not, 2 usage, 5 none answered,
 Examples:
   koine simulate --model dome --port 8080
   koine simulate --model recorder --auth digest --password-file secret.txt
-  koine simulate --fault delay=200 --fault close-after-answer
+  koine simulate --fault delay=200 --fault close
   koine simulate --list-models
 
 The URL is printed when the device is ready, and at the end what it was asked.

@@ -217,8 +217,9 @@ def read_all(terminal, process, deadline):
 
 
 def plain(line):
-    """Times, free ports and the widths that follow from them differ from run to run."""
-    line = re.sub(r"\b\d+(\.\d+)? (ms|µs|s)(?!\w)", "TIME", line)
+    """Times, free ports, what was asked ahead and the widths that follow differ from run to run."""
+    line = re.sub(r"\b\d+(\.\d+)? (ms|µs|s)(?!\w)|came ahead", "TIME", line)
+    line = re.sub(r"\b\d+ connections?, \d+ requests, of which \d+", "COUNTS", line)
     line = re.sub(r"127\.0\.0\.1:\d{4,5}\b", "127.0.0.1:PORT", line)
     return " ".join(line.split())
 

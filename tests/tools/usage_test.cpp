@@ -30,6 +30,19 @@ TEST(Usage, EveryCommandExplainsItself) {
     }
 }
 
+TEST(Usage, TheFaultsOfTheExamplesExist) {
+    const std::string known = "\n" + runTool({"simulate", "--list-faults"}).out;
+    std::istringstream help(runTool({"simulate", "--help"}).out);
+    int faults = 0;
+    for (std::string before, word; help >> word; before = word) {
+        if (before != "--fault" || word == "FAULT")
+            continue;
+        EXPECT_TRUE(contains(known, "\n" + word.substr(0, word.find('=')))) << word;
+        ++faults;
+    }
+    EXPECT_GT(faults, 0);
+}
+
 TEST(Usage, NoHelpIsWiderThanATerminal) {
     std::vector<std::vector<std::string>> helps = {{"--help"}};
     for (const char* command : kCommands)
