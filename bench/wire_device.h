@@ -22,8 +22,9 @@ public:
     sim::SimulatedDevice& peer() { return peer_; }
     std::string url() const { return peer_.url(); }
 
-    /// A request object that knows nothing yet; it asks over so many connections at a time.
-    boost::shared_ptr<DialectRequest> open(unsigned int connections = 1) const;
+    /// A request object that knows nothing yet; it asks over so many connections at a time, usually over as
+    /// many as hosts get that do not choose.
+    boost::shared_ptr<DialectRequest> open(unsigned int connections = DeviceOptions().connections) const;
 
     /// The lines that were answered with success, in order, since the counters were reset.
     std::vector<std::string> answeredLines() const;
