@@ -2,6 +2,7 @@
 
 #include "bench/heap_meter.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
@@ -20,36 +21,40 @@ namespace {
 
 constexpr std::int64_t kHeaderBytes = sizeof(std::size_t); // glibc's, in front of each piece
 
-thread_local bool t_counting = false;
-thread_local HeapUse t_use;
+std::atomic<bool> g_counting{false};
+std::atomic<std::int64_t> g_allocations{0};
+std::atomic<std::int64_t> g_bytes{0};
+
+bool isCounting() { return g_counting.load(std::memory_order_relaxed); }
 
 std::int64_t bytesOf(void* piece) {
     return static_cast<std::int64_t>(malloc_usable_size(piece)) + kHeaderBytes;
 }
 
 void* taken(void* piece) {
-    if (t_counting && piece != nullptr) {
-        ++t_use.allocations;
-        t_use.bytes += bytesOf(piece);
+    if (isCounting() && piece != nullptr) {
+        g_allocations.fetch_add(1, std::memory_order_relaxed);
+        g_bytes.fetch_add(bytesOf(piece), std::memory_order_relaxed);
     }
     return piece;
 }
 
 void given(void* piece) {
-    if (t_counting && piece != nullptr)
-        t_use.bytes -= bytesOf(piece);
+    if (isCounting() && piece != nullptr)
+        g_bytes.fetch_sub(bytesOf(piece), std::memory_order_relaxed);
 }
 
 } // namespace
 
 HeapMeter::HeapMeter() {
-    t_use = HeapUse();
-    t_counting = true;
+    g_allocations = 0;
+    g_bytes = 0;
+    g_counting = true;
 }
 
 HeapUse HeapMeter::stop() {
-    t_counting = false;
-    return t_use;
+    g_counting = false;
+    return {g_allocations, g_bytes};
 }
 
 } // namespace koine::bench

@@ -1,5 +1,5 @@
 /// @file
-/// What one thread takes from the heap, counted at the allocation functions themselves.
+/// What the process takes from the heap, counted at the allocation functions themselves.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,7 @@ struct HeapUse {
     std::int64_t bytes = 0;       ///< taken and not given back, with what the allocator adds to each piece
 };
 
-/// Counts from its construction until `stop`, on this thread only: the simulated device has one of its own.
-/// One at a time.
+/// Counts from its construction until `stop`, on all threads: the library may have helpers. One at a time.
 class HeapMeter {
 public:
     HeapMeter();

@@ -1,6 +1,7 @@
 // What a connected device keeps on the heap, against the maps of its answers and one libcurl handle.
 
 #include "bench/bare_client.h"
+#include "bench/device_process.h"
 #include "bench/groups.h"
 #include "bench/heap_meter.h"
 #include "bench/memory_device.h"
@@ -60,7 +61,7 @@ double mapFloor(DialectRequest& object) {
 }
 
 /// Heap bytes of a handle that has asked this device once.
-double handleFloor(const WireDevice& device) {
+double handleFloor(const DeviceProcess& device) {
     std::optional<BareClient> client;
     const std::string url = device.url() + "/Login.cgi";
     return static_cast<double>(heapUseOf([&] {
@@ -73,13 +74,13 @@ double handleFloor(const WireDevice& device) {
 
 Rows measureMemory() {
     const DeviceShape shape = shapeOf400Keys();
-    WireDevice device(generatedModel(shape));
-    startStream(*device.open()); // what a process takes once, above all for libcurl
+    const DeviceProcess device(generatedModel(shape));
+    startStream(*openWireDevice(device.url())); // what a process takes once, above all for libcurl
     handleFloor(device);
 
     boost::shared_ptr<DialectRequest> object;
     const HeapUse use = heapUseOf([&] {
-        object = device.open();
+        object = openWireDevice(device.url());
         startStream(*object);
     });
     const double bytes = static_cast<double>(use.bytes);

@@ -66,12 +66,12 @@ WireDevice::WireDevice(const sim::DeviceModel& model, unsigned int roundTripMill
         peer_.setFault(sim::Fault(sim::FaultKind::delay, roundTripMilliseconds));
 }
 
-boost::shared_ptr<DialectRequest> WireDevice::open(unsigned int connections) const {
+boost::shared_ptr<DialectRequest> openWireDevice(const std::string& url, unsigned int connections) {
     DeviceOptions options;
     options.username = kUser;
     options.password = kPassword;
     options.connections = connections;
-    return openDevice(peer_.url(), options);
+    return openDevice(url, options);
 }
 
 std::vector<std::string> WireDevice::answeredLines() const {

@@ -14,6 +14,13 @@ namespace koine::bench {
 inline constexpr const char* kUser = "admin";
 inline constexpr const char* kPassword = "only for measuring";
 
+/// As many as hosts get that do not choose.
+inline const unsigned int kUsualConnections = DeviceOptions().connections;
+
+/// A request object that knows nothing yet; it asks over so many connections at a time.
+boost::shared_ptr<DialectRequest> openWireDevice(const std::string& url,
+                                                 unsigned int connections = kUsualConnections);
+
 /// Wants Digest.
 class WireDevice {
 public:
@@ -22,9 +29,10 @@ public:
     sim::SimulatedDevice& peer() { return peer_; }
     std::string url() const { return peer_.url(); }
 
-    /// A request object that knows nothing yet; it asks over so many connections at a time, usually over as
-    /// many as hosts get that do not choose.
-    boost::shared_ptr<DialectRequest> open(unsigned int connections = DeviceOptions().connections) const;
+    /// As `openWireDevice`.
+    boost::shared_ptr<DialectRequest> open(unsigned int connections = kUsualConnections) const {
+        return openWireDevice(url(), connections);
+    }
 
     /// The lines that were answered with success, in order, since the counters were reset.
     std::vector<std::string> answeredLines() const;
