@@ -38,6 +38,8 @@ DeviceOptions optionsOf(const koine_options* given) {
     if (known.rtsp_port != 0)
         options.rtspPort = known.rtsp_port;
     options.credentialsInUri = known.credentials_in_uri != 0;
+    if (known.connections != 0)
+        options.connections = known.connections;
     return options;
 }
 

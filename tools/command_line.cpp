@@ -143,6 +143,9 @@ private:
             ->type_name("FILE")
             ->check(quiet(CLI::ExistingFile));
         sub.add_flag("--insecure", target.insecure, "do not verify the device's https certificate");
+        sub.add_option("--connections", target.connections, "connections to a device at a time (default 2)")
+            ->type_name("N")
+            ->check(quiet(CLI::Range(1, 8)));
         sub.add_option("--vendor", target.vendor, "vendor text, for example TOVLIN")->type_name("TEXT");
     }
 

@@ -91,6 +91,7 @@ Connection::Connection(const ConnectionOptions& options, const Arguments& argume
     where_ = url.shown();
     device.vendor = options.vendor;
     device.username = options.user;
+    device.connections = options.connections;
     const std::string& user = options.user.empty() ? url.username : options.user;
     if (!options.passwordFile.empty())
         device.password = readPasswordFile(options.passwordFile);

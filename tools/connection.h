@@ -21,6 +21,7 @@ struct ConnectionOptions {
     std::string vendor;
     double timeoutSeconds = 0; ///< of one request; 0 is the default
     unsigned int uid = 1;
+    unsigned int connections = 2; ///< at a time
     bool insecure = false;
     bool trace = false;
 };

@@ -24,6 +24,7 @@ class Options(ctypes.Structure):
         ("uri_pattern", ctypes.c_char_p),
         ("rtsp_port", ctypes.c_uint),
         ("credentials_in_uri", ctypes.c_int),
+        ("connections", ctypes.c_uint),
     ]
 
 

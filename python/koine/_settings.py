@@ -16,7 +16,7 @@ def library_version() -> str:
 
 
 def trace_to(sink: Optional[Callable[[str], None]]) -> None:
-    """Hands each line of diagnostics to `sink`, on the thread that asked, one at a time; None ends that.
+    """Hands each line of diagnostics to `sink`, on whatever thread traces, one at a time; None ends that.
 
     Passwords are masked. The sink must not use devices. `koine.trace_to(logging.getLogger("koine").debug)` is
     enough for a log.

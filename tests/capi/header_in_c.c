@@ -16,5 +16,5 @@ int koine_test_options_are_initial(void) {
     const koine_options options = KOINE_OPTIONS;
     return options.size == sizeof options && options.username == NULL && options.password == NULL &&
            options.vendor == NULL && options.uri_pattern == NULL && options.rtsp_port == 0 &&
-           options.credentials_in_uri == 0;
+           options.credentials_in_uri == 0 && options.connections == 0;
 }

@@ -207,6 +207,11 @@ class Streams(unittest.TestCase):
             with koine.open(dome.url, rtsp_port=8554, uri_pattern="rtsp://{address}:{rtsp_port}/{token}") as device:
                 self.assertEqual(device.stream().uri, "rtsp://127.0.0.1:8554/PROFILE-MAIN")
 
+    def test_one_connection_is_enough_for_a_device_that_has_no_more(self):
+        with Simulated() as dome, koine.open(dome.url, connections=1) as device:
+            device.stream()
+        self.assertEqual(dome.counters["connections"], 1)
+
     def test_what_a_set_up_line_cannot_hold_is_told(self):
         with koine.open(DEAD_URL) as device:
             for mistake in ({"mode": "auto"}, {"token": "a&b"}, {"encoding": "H 264"}):

@@ -85,6 +85,12 @@ TEST(StreamCommand, TheEncoderIsSetUpAndTheUriNamesIt) {
     EXPECT_EQ(dome.device().value(key + "H264.GovLength"), "24");
 }
 
+TEST(StreamCommand, OneConnectionIsEnoughForADeviceThatHasNoMore) {
+    GuardedDome dome;
+    EXPECT_EQ(runTool({"stream", "--connections", "1", dome.url()}).exitCode, 0);
+    EXPECT_EQ(dome.device().counters().connections, 1U);
+}
+
 TEST(StreamCommand, ATokenChoosesItsProfile) {
     GuardedDome dome;
     EXPECT_EQ(

@@ -86,6 +86,7 @@ TEST(Usage, AMistakeGetsOneLineAndTheExitCode2) {
         {{"info", "http://a", "--password-file", "/nowhere"}, "cannot be read"},
         {{"info", "http://a", "--password-file", "/dev/null"}, "empty"},
         {{"info", "https://a", "--ca-file", "/nowhere"}, "--ca-file"},
+        {{"info", "http://a", "--connections", "0"}, "--connections"},
         {{"stream", "http://a", "--mode", "auto"}, "--mode"},
         {{"stream", "http://a", "--size", "big"}, "like 1280x720"},
         {{"stream", "http://a", "--size", "0x720"}, "like 1280x720"},

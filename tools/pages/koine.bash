@@ -8,7 +8,7 @@ _koine() {
         return
     fi
     case $previous in
-        -u | --user | --timeout | --vendor | --uid | --token | --size | --fps | --quality | --bitrate | --gov | --channel | --rtsp-port | -j | --jobs | --address | --port | --nonce-lifetime | --fault | --delay)
+        -u | --user | --timeout | --connections | --vendor | --uid | --token | --size | --fps | --quality | --bitrate | --gov | --channel | --rtsp-port | -j | --jobs | --address | --port | --nonce-lifetime | --fault | --delay)
             :
             return
             ;;
@@ -44,15 +44,15 @@ _koine() {
             ;;
     esac
     case $command in
-        request) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --json' ;;
-        info) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --json' ;;
-        profiles) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --json' ;;
-        stream) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --mode --token --size --fps --quality --bitrate --gov --encoding --channel --transport --rtsp-port --with-credentials --uri-only --json' ;;
-        get) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --json' ;;
-        set) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --json' ;;
-        dump) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --json' ;;
-        diff) options='-h --help -u --user --password-file --timeout --ca-file --insecure --vendor --uid -v --verbose --trace --json' ;;
-        survey) options='-h --help -j --jobs -u --user --password-file --timeout --ca-file --insecure --vendor -v --verbose --trace --json' ;;
+        request) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
+        info) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
+        profiles) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
+        stream) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --mode --token --size --fps --quality --bitrate --gov --encoding --channel --transport --rtsp-port --with-credentials --uri-only --json' ;;
+        get) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
+        set) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
+        dump) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
+        diff) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
+        survey) options='-h --help -j --jobs -u --user --password-file --timeout --ca-file --insecure --connections --vendor -v --verbose --trace --json' ;;
         simulate) options='-h --help --model --models --list-models --list-faults --address --port --auth -u --user --password-file --nonce-lifetime --tls-certificate --tls-key --fault --json' ;;
         demo) options='-h --help --delay --json' ;;
     esac

@@ -26,7 +26,8 @@
  *    `koine_result_text` has words for them. No operation throws, ends the process or sets `errno` on
  *    purpose.
  * 5. Threads. Every operation may be called from any thread at any time; requests to one device wait for
- *    each other. Only `koine_close` needs that nobody else uses the device any more. No threads are started.
+ *    each other. Only `koine_close` needs that nobody else uses the device any more. With more than one
+ *    connection a request may use threads of its own, which have ended when it returns.
  * 6. Stream users. `uid` is a number of the host's own choice for who asks: two streams of a device need two
  *    of them. Naming one for the first time creates its record, which lives as long as the device.
  *
@@ -74,11 +75,13 @@ typedef struct koine_options {
     const char* uri_pattern; /**< of stream URIs, like "rtsp://{address}:{rtsp_port}/{token}" */
     unsigned int rtsp_port;  /**< in stream URIs; 0 stands for 554 */
     int credentials_in_uri;  /**< not 0: stream URIs carry user name and password */
+    unsigned int
+        connections; /**< at a time, while much is asked; 0 stands for 2, with 1 nothing is asked ahead */
 } koine_options;
 
 /** The options of a device about which nothing more is known. */
 #define KOINE_OPTIONS                                                                                        \
-    { sizeof(koine_options), NULL, NULL, NULL, NULL, 0, 0 }
+    { sizeof(koine_options), NULL, NULL, NULL, NULL, 0, 0, 0 }
 
 /**
  * Makes the object for a device. Nothing is sent yet.
@@ -168,7 +171,7 @@ KOINE_C_EXPORT const char* koine_version(void);
 
 /**
  * Receives one line of diagnostics without its line end, passwords masked; valid during the call only.
- * Called on the thread that asked, never by two threads at once. It must not call operations on devices.
+ * Called on the thread that traces, never by two threads at once. It must not call operations on devices.
  */
 typedef void (*koine_trace_sink)(const char* line, void* context);
 
