@@ -2,11 +2,12 @@
 
 #include "cache/category_traces.h"
 #include "cache/keys.h"
-#include "cache/request_lines.h"
+#include "cache/media_line.h"
 #include "koine/BaseRequest.h"
 #include "platform/cgi_text.h"
 #include "text/owned_text.h"
 #include "text/shortage.h"
+#include "text/words.h"
 
 using namespace koine;
 
@@ -48,18 +49,27 @@ struct CategoryFamily {
 };
 
 const CategoryFamily::Member CategoryFamily::video = {
-    request_lines::kVideo,  &BaseRequest::video_,       prepareLogin,
-    convertVideo,           answers::kUnknownParameter, false,
+    "Config.cgi?action=get&category=Video.*",
+    &BaseRequest::video_,
+    prepareLogin,
+    convertVideo,
+    answers::kUnknownParameter,
+    false,
     category_trace::kVideo,
 };
 
 const CategoryFamily::Member CategoryFamily::camera = {
-    request_lines::kCamera,  &BaseRequest::camera_, prepareLogin, convertCamera, answers::kOk, true,
+    "Config.cgi?action=get&category=Camera.*",
+    &BaseRequest::camera_,
+    prepareLogin,
+    convertCamera,
+    answers::kOk,
+    true,
     category_trace::kCamera,
 };
 
 const CategoryFamily::Member CategoryFamily::notification = {
-    request_lines::kNotification,
+    "Config.cgi?action=get&category=Notification.*",
     &BaseRequest::notification_,
     prepareLogin,
     convertNothing,
@@ -69,12 +79,17 @@ const CategoryFamily::Member CategoryFamily::notification = {
 };
 
 const CategoryFamily::Member CategoryFamily::misc = {
-    request_lines::kMisc,  &BaseRequest::misc_, prepareNotification, convertMisc, answers::kOk, false,
+    "Config.cgi?action=get&category=Misc.*",
+    &BaseRequest::misc_,
+    prepareNotification,
+    convertMisc,
+    answers::kOk,
+    false,
     category_trace::kMisc,
 };
 
 const CategoryFamily::Member CategoryFamily::videoAnalytics = {
-    request_lines::kVideoAnalytics,
+    "Config.cgi?action=get&category=VideoAnalytics.*",
     &BaseRequest::videoAnalytics_,
     prepareNothing,
     convertNothing,
@@ -180,4 +195,26 @@ int BaseRequest::getCacheConfigMisc(unsigned int uid, int refresh, const char* /
 int BaseRequest::getCacheConfigVideoAnalytics(unsigned int uid, int refresh, const char* /*extra*/,
                                               const char* key, char** answer) {
     return CategoryAnswer(*this, uid, CategoryFamily::videoAnalytics).give(refresh, key, answer);
+}
+
+std::vector<std::string> BaseRequest::linesToFill(unsigned int uid, Configuration wanted) {
+    std::vector<std::string> lines;
+    if (startsWithIgnoreCase(viewOf(getVendor()), kStreamOnlyVendor))
+        return lines;
+    if (media_.loaded == 0)
+        if (const boost::shared_ptr<StreamIDClient> client = get_streamid_client(uid))
+            lines.push_back(mediaLine(client->strm_nvr_subchannel()));
+    if (getIsTovlinNVRDevice() != 0)
+        return lines; // a recorder is asked for its profiles only
+    const auto add = [&](const CategoryFamily::Member& member) {
+        if ((this->*member.cache).loaded == 0)
+            lines.emplace_back(member.requestLine);
+    };
+    add(CategoryFamily::video);
+    add(CategoryFamily::camera);
+    add(CategoryFamily::notification);
+    add(CategoryFamily::misc);
+    if (wanted == Configuration::all)
+        add(CategoryFamily::videoAnalytics);
+    return lines;
 }

@@ -1,7 +1,6 @@
 // All caches of a device, in the order in which they build on each other.
 
 #include "cache/keys.h"
-#include "cache/request_lines.h"
 #include "koine/BaseRequest.h"
 #include "text/owned_text.h"
 #include "text/words.h"
@@ -26,26 +25,4 @@ int BaseRequest::cacheCgi(unsigned int uid) {
         if (const int result = (this->*get)(uid, 0, nullptr, nullptr, nullptr); result != kOk)
             return result;
     return kOk;
-}
-
-std::vector<std::string> BaseRequest::linesToFill(unsigned int uid, Configuration wanted) {
-    std::vector<std::string> lines;
-    if (startsWithIgnoreCase(viewOf(getVendor()), kStreamOnlyVendor))
-        return lines;
-    if (media_.loaded == 0)
-        if (const boost::shared_ptr<StreamIDClient> client = get_streamid_client(uid))
-            lines.push_back(request_lines::media(client->strm_nvr_subchannel()));
-    if (getIsTovlinNVRDevice() != 0)
-        return lines; // a recorder is asked for its profiles only
-    const auto add = [&](const DeviceCache& cache, const char* line) {
-        if (cache.loaded == 0)
-            lines.emplace_back(line);
-    };
-    add(video_, request_lines::kVideo);
-    add(camera_, request_lines::kCamera);
-    add(notification_, request_lines::kNotification);
-    add(misc_, request_lines::kMisc);
-    if (wanted == Configuration::all)
-        add(videoAnalytics_, request_lines::kVideoAnalytics);
-    return lines;
 }

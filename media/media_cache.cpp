@@ -2,7 +2,7 @@
 
 #include "cache/key_map.h"
 #include "cache/keys.h"
-#include "cache/request_lines.h"
+#include "cache/media_line.h"
 #include "koine/BaseRequest.h"
 #include "media/media_traces.h"
 #include "media/profile_keys.h"
@@ -59,7 +59,7 @@ private:
     }
 
     int ask() {
-        const std::string line = request_lines::media(required(client_).strm_nvr_subchannel());
+        const std::string line = mediaLine(required(client_).strm_nvr_subchannel());
         const int result = request_.askDevice(uid_, line.c_str(), OutText(raw_));
         if (result != kOk)
             media_trace::notAnswered(result, user());
