@@ -28,7 +28,7 @@ constexpr const char* kUri = "Onvif.cgi?action=GetStreamUri";
 constexpr std::size_t kRequests = 9;
 
 // Long enough that a loaded machine does not add a round trip by itself.
-constexpr int kRoundTrip = 50;
+constexpr int kRoundTrip = 100;
 
 /// How long a stream took from nothing to its URI, in round trips.
 double roundTripsToUri(Rig& rig) {
@@ -57,9 +57,10 @@ class RoundTrips : public testing::TestWithParam<Expected> {};
 
 TEST_P(RoundTrips, ToAFirstStreamWithDigest) {
     const auto [connections, expected] = GetParam();
+    const double limit = expected + 0.9;
     double best = 100;
     std::size_t longest = 100;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 5 && best >= limit; ++i) {
         Rig rig(AuthKind::digestMd5);
         rig.device().setConnections(connections);
         best = std::min(best, roundTripsToUri(rig));
@@ -72,7 +73,7 @@ TEST_P(RoundTrips, ToAFirstStreamWithDigest) {
     }
     EXPECT_LE(longest, expected) << "requests that followed each other on one connection";
     EXPECT_GE(best, expected) << "the device waits before each answer";
-    EXPECT_LT(best, expected + 0.9);
+    EXPECT_LT(best, limit);
 }
 
 INSTANTIATE_TEST_SUITE_P(Connections, RoundTrips,

@@ -75,7 +75,7 @@ void Page::withRightEdge(std::string_view left, Tint tint, std::string_view righ
 void Page::deviceRequest(const DeviceRequest& request) const {
     const std::string right =
         (request.result == kOk ? "" : "result " + std::to_string(request.result) + "  ") +
-        (request.cameAhead ? "came ahead" : timeText(request.milliseconds));
+        timeText(request.milliseconds);
     std::string_view head = request.line;
     const std::size_t items = request.line.find("&Media.Profiles.");
     if (items != std::string::npos)

@@ -24,12 +24,10 @@ int WatchedDevice::requestCgi(unsigned int uid, char* url, char** answer, _REQCG
                               _REQCGI_CONNECTION_DEF connection) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point start = Clock::now();
-    const std::uint64_t prefetched = requestsPrefetched();
     DeviceRequest made;
     made.line = withoutHost(viewOf(url));
     made.result = DialectRequest::requestCgi(uid, url, answer, method, connection);
     made.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-    made.cameAhead = requestsPrefetched() != prefetched;
     requests_.push_back(made);
     return made.result;
 }

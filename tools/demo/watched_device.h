@@ -15,7 +15,6 @@ struct DeviceRequest {
     std::string line; ///< without scheme and host
     int result = 0;
     double milliseconds = 0;
-    bool cameAhead = false; ///< asked while others were under way
 };
 
 /// Notes every request that goes to the device: a step that is replaced, as a device class of one's own may.
