@@ -114,8 +114,8 @@ Rows measureWire() {
     const Traffic traffic = trafficOf(near, near.open(kOneByOne));
     const Traffic aheadTraffic = trafficOf(near, near.open());
     checkSame(traffic, trafficOf(near, near.open(kOneByOne)));
-    const Times fast = measure(near, traffic.lines, 41);
-    const Times slow = measure(far, traffic.lines, 9);
+    const Times fast = measure(near, traffic.lines, 61);
+    const Times slow = measure(far, traffic.lines, 15);
 
     Rows rows = oneByOneRows(traffic, fast, slow);
     for (Row& row : aheadRows(aheadTraffic, fast, slow))
