@@ -336,7 +336,7 @@ Examples:
   koine simulate --list-models
 
 The URL is printed when the device is ready, and at the end what it was asked.
---fault may be given several times.)");
+Several faults may be given.)");
         sub.add_option("--model", command->model, "which device (default dome)")->type_name("NAME");
         sub.add_option("--models", command->modelFolder, "folder with device models of your own")
             ->type_name("FOLDER")
