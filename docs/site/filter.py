@@ -61,7 +61,7 @@ class Page:
 
     def prose(self, line):
         """Links outside of code spans; percent signs within, which Doxygen would drop."""
-        line = re.sub(r"`[^`]+`", lambda span: span.group().replace("%", "%%"), line)
+        line = re.sub(r"`[^`]+`", lambda span: re.sub(r"%(?=\w)", "%%", span.group()), line)
         parts = re.split(r"(`+[^`]*`+)", line)
         if "](" not in line:
             return line
@@ -73,7 +73,7 @@ class Page:
     def heading(self, match):
         marks, text = match.groups()
         label = self.label if marks == "#" else f"{self.label}__{slug(text)}"
-        return f"{marks} {self.prose(text)} {{#{label}}}"
+        return f"{marks} {self.prose(text.replace('`', ''))} {{#{label}}}"
 
     def lines(self):
         fence = ""
