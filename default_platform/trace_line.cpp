@@ -10,9 +10,13 @@
 namespace koine::platform {
 namespace {
 
-constexpr std::array<std::string_view, 8> kSecretKeyEndings = {
-    "password", "passwd", "passphrase", "passcode", "pass", "pwd", "secret", "access_token",
+constexpr std::array<std::string_view, 14> kSecretKeyEndings = {
+    "password", "passwd", "passphrase", "passcode", "pass",      "pwd",        "secret",
+    "_token",   "apikey", "api_key",    "session",  "sessionid", "session_id", "cookie",
 };
+
+// Only as a whole key: many keys that end so name a media profile.
+constexpr std::string_view kToken = "token";
 
 /// A line under work: what was read is copied down over what was dropped.
 class LineEditor {
@@ -85,7 +89,7 @@ bool endsAKeyOfASecret(std::string_view text) noexcept {
         if (text.size() >= ending.size() &&
             startsWithIgnoreCase(text.substr(text.size() - ending.size()), ending))
             return true;
-    return false;
+    return sameWord(text.substr(std::min(text.find_last_of("?&") + 1, text.size())), kToken);
 }
 
 /// Behind "=": hides the value of the item.

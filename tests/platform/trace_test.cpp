@@ -118,15 +118,19 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Items, TraceMask,
-    testing::Values(Masked{"Config.cgi?action=set&User.Password=secret&b=c, err-2. \n",
-                           "Config.cgi?action=set&User.Password=*&b=c, err-2. "},
-                    Masked{"password=secret", "password=*"}, Masked{"PASSWD=a b. \n", "PASSWD=*. "},
-                    Masked{"?pwd=secret&x=1", "?pwd=*&x=1"}, Masked{"a.FtpPass=s", "a.FtpPass=*"},
-                    Masked{"password=", "password="}, Masked{"password=&x=1", "password=&x=1"},
-                    Masked{"password=http://a:b@c&x=1", "password=*&x=1"},
-                    Masked{"access_token=t1, x", "access_token=*, x"},
-                    Masked{"wifi.Passphrase=s\nnext=1", "wifi.Passphrase=* next=1"},
-                    Masked{"a.Secret=s", "a.Secret=*"}));
+    testing::Values(
+        Masked{"Config.cgi?action=set&User.Password=secret&b=c, err-2. \n",
+               "Config.cgi?action=set&User.Password=*&b=c, err-2. "},
+        Masked{"password=secret", "password=*"}, Masked{"PASSWD=a b. \n", "PASSWD=*. "},
+        Masked{"?pwd=secret&x=1", "?pwd=*&x=1"}, Masked{"a.FtpPass=s", "a.FtpPass=*"},
+        Masked{"password=", "password="}, Masked{"password=&x=1", "password=&x=1"},
+        Masked{"password=http://a:b@c&x=1", "password=*&x=1"},
+        Masked{"access_token=t1, x", "access_token=*, x"}, Masked{"a.cgi?token=t1&x=1", "a.cgi?token=*&x=1"},
+        Masked{"?x=1&Token=t1", "?x=1&Token=*"}, Masked{"token=t1", "token=*"},
+        Masked{"?auth_token=t1", "?auth_token=*"}, Masked{"?apikey=k&api_key=k", "?apikey=*&api_key=*"},
+        Masked{"?session=s&sessionid=s&session_id=s", "?session=*&sessionid=*&session_id=*"},
+        Masked{"?Cookie=c", "?Cookie=*"}, Masked{"wifi.Passphrase=s\nnext=1", "wifi.Passphrase=* next=1"},
+        Masked{"a.Secret=s", "a.Secret=*"}));
 
 INSTANTIATE_TEST_SUITE_P(NothingSecret, TraceMask,
                          testing::Values(Masked{"http://cam:80/x@y", "http://cam:80/x@y"},
@@ -136,6 +140,7 @@ INSTANTIATE_TEST_SUITE_P(NothingSecret, TraceMask,
                                          Masked{"http://[::1]:80/a@b", "http://[::1]:80/a@b"},
                                          Masked{"a:b@c", "a:b@c"}, Masked{"Password: none", "Password: none"},
                                          Masked{"Passwords=3", "Passwords=3"},
+                                         Masked{"a?ProfileToken=ONE&b", "a?ProfileToken=ONE&b"},
                                          Masked{"Media.Profiles.Profile1.token=MediaProfile000",
                                                 "Media.Profiles.Profile1.token=MediaProfile000"},
                                          Masked{"://", "://"}, Masked{"http://", "http://"},

@@ -110,7 +110,8 @@ Outcome RunningTool::finish() {
 
 Outcome runTool(const std::vector<std::string>& arguments, const std::string& input) {
     Outcome outcome = RunningTool(arguments, input).finish();
-    EXPECT_FALSE(contains(outcome.out + outcome.err, kPassword)) << outcome.out << outcome.err;
+    for (const char* secret : {kPassword, kCookie})
+        EXPECT_FALSE(contains(outcome.out + outcome.err, secret)) << outcome.out << outcome.err;
     return outcome;
 }
 
@@ -121,6 +122,7 @@ sim::Options guarded(sim::AuthKind auth) {
     options.auth = auth;
     options.username = kUser;
     options.password = kPassword;
+    options.cookie = std::string("session=") + kCookie;
     return options;
 }
 

@@ -13,6 +13,7 @@ namespace koine::test {
 
 inline constexpr const char* kUser = "admin";
 inline constexpr const char* kPassword = "can4ry-s3cret"; ///< no output may ever hold it
+inline constexpr const char* kCookie = "can4ry-c00kie";   ///< nor this, which devices give and want back
 
 struct Outcome {
     int exitCode = -1; ///< -1 when a signal ended it
@@ -45,7 +46,7 @@ private:
     std::string read_;
 };
 
-/// Runs it to its end. Fails the test when an output holds the password.
+/// Runs it to its end. Fails the test when an output holds the password or the cookie.
 Outcome runTool(const std::vector<std::string>& arguments, const std::string& input = {});
 
 /// A dome that wants Digest, and its URL with user name and password.

@@ -85,6 +85,36 @@ TEST(Secrets, TracesDoNotShowThePassword) {
     EXPECT_EQ(line.exitCode, 0);
 }
 
+TEST(Secrets, NoCommandShowsPasswordCookieOrToken) {
+    const std::string token = "can4ry-t0ken";
+    for (const bool isIll : {false, true}) {
+        GuardedDome dome(sim::AuthKind::basic);
+        if (isIll)
+            dome.device().setFault(sim::parseFault("truncated-body"));
+        const std::string url = dome.url();
+        const std::string own = "http://admin:" + std::string(kPassword) + "@" + dome.plainUrl().substr(7);
+        const std::vector<std::vector<std::string>> commands = {
+            {"info", "--trace", url},
+            {"info", "--json", "--trace", url},
+            {"get", "--trace", url, "Video.*"},
+            {"set", "--trace", url, "Video.I0.Brightness=60"},
+            {"stream", "--trace", "--json", url},
+            {"dump", "--trace", url},
+            {"request", "--trace", url, "PTZ.cgi?access_token=" + token},
+            {"request", "--trace", "--json", url, "PTZ.cgi?token=" + token + "&stop=1"},
+            {"request", "--trace", url, own + "/PTZ.cgi?session=" + token},
+        };
+        for (const std::vector<std::string>& command : commands) {
+            const Outcome outcome = runTool(command);
+            EXPECT_NE(outcome.exitCode, 2) << command[0] << ": " << outcome.err;
+            // The line of a request is what the person typed; only traces are looked at for it.
+            std::istringstream lines(outcome.err);
+            for (std::string line; std::getline(lines, line);)
+                EXPECT_FALSE(contains(line, "#") && contains(line, token)) << line;
+        }
+    }
+}
+
 TEST(Secrets, TheUriCarriesCredentialsOnlyWhenAskedTo) {
     GuardedDome dome;
     EXPECT_FALSE(contains(runTool({"stream", "--uri-only", dome.url()}).out, kUser));
