@@ -1,30 +1,14 @@
 #include "tests/e2e/cost.h"
 
 #include "tests/support/memory_gauge.h"
+#include "tests/support/thread_time.h"
 
 #include "default_platform/host_settings.h"
 
 #include <gtest/gtest.h>
 
-#include <ctime>
-#include <fstream>
-
 namespace koine::test {
 namespace {
-
-std::chrono::nanoseconds processorTime() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
-
-/// How long this thread could have run but another one did. Nothing where the system does not tell.
-std::chrono::nanoseconds waitedForProcessor() {
-    std::uint64_t ran = 0;
-    std::uint64_t waited = 0;
-    std::ifstream("/proc/thread-self/schedstat") >> ran >> waited;
-    return std::chrono::nanoseconds(waited);
-}
 
 std::chrono::milliseconds rounded(std::chrono::nanoseconds time) {
     return std::chrono::round<std::chrono::milliseconds>(time);
@@ -34,15 +18,15 @@ std::chrono::milliseconds rounded(std::chrono::nanoseconds time) {
 
 Cost costOf(const std::function<Answer()>& request) {
     Cost cost;
-    const std::chrono::nanoseconds waitedBefore = waitedForProcessor();
+    const std::chrono::nanoseconds waitedBefore = threadWaitingTime();
     const MemoryGauge gauge;
-    const std::chrono::nanoseconds before = processorTime();
+    const std::chrono::nanoseconds before = threadProcessorTime();
     const auto start = std::chrono::steady_clock::now();
     cost.answer = request();
     const auto took = std::chrono::steady_clock::now() - start;
-    cost.processor = rounded(processorTime() - before);
+    cost.processor = rounded(threadProcessorTime() - before);
     cost.memory = gauge.peak();
-    cost.took = rounded(took - (waitedForProcessor() - waitedBefore));
+    cost.took = rounded(took - (threadWaitingTime() - waitedBefore));
     return cost;
 }
 
