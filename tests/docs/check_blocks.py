@@ -16,6 +16,7 @@ usage: check_blocks.py --root DIR --tool KOINE --programs DIR [PAGE...]
 import argparse
 import json
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -83,7 +84,7 @@ def check_cmake(block, settings):
         project.mkdir()
         (project / "CMakeLists.txt").write_text(block.text)
         (project / "koine").symlink_to(settings.root)
-        for source in ("host.cpp", "main.cpp"):
+        for source in re.findall(r"\b\w+\.cpp\b", block.text):
             (project / source).write_text("int main() {}\n")
         finish(["cmake", "-S", str(project), "-B", str(Path(name) / "build")], dict(os.environ), name)
 
