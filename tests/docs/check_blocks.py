@@ -143,7 +143,7 @@ def main():
     settings.root = settings.root.resolve()
     settings.tool = str(Path(settings.tool).resolve())
     settings.programs = settings.programs.resolve()
-    settings.stand_ins = settings.root / "tests/docs/stand_ins"
+    settings.stand_ins = Path(__file__).resolve().parent / "stand_ins"
     pages = pages_of(settings.root)
     chosen = [p for p in pages
               if not settings.pages or p.path.relative_to(settings.root).as_posix() in settings.pages]
