@@ -5,10 +5,14 @@ set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 cd "${1:-$here/../..}"
 
-banned='sprintf|vsprintf|strcpy|strcat|sscanf|gets|atoi|atol|atof'
+# All of the scanf family: "%s" without a width is easily overlooked, and numbers that do not fit go unnoticed.
+banned='v?sprintf|strcpy|stpcpy|strcat|wcscpy|wcscat|v?[fs]?scanf|gets|atoi|atol|atoll|atof'
 source "$here/sources.sh"
-# Comments may name them; a call has a parenthesis after the name and no letter before it.
-if grep -nE "(^|[^A-Za-z0-9_\"])($banned) *\(" "${sources[@]}" | grep -vE '^[^:]+:[0-9]+: *(//|\*|/\*)'; then
+# A call has a parenthesis after the name and no letter before it. Lines that are comments may name them: those
+# that begin with "//", with "/*" and do not end it, or with "*" and a blank.
+comment='(//|/\*([^*]|\*+[^*/])*$|\*( |$))'
+if grep -HnE "(^|[^A-Za-z0-9_\"])($banned)[[:space:]]*\(" "${sources[@]}" |
+    grep -vE "^[^:]+:[0-9]+:[[:space:]]*$comment"; then
     echo "banned functions are called in the lines above" >&2
     exit 1
 fi
