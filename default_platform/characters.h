@@ -9,7 +9,8 @@
 
 namespace koine::platform {
 
-constexpr bool isControl(char c) noexcept { return (c >= '\0' && c < ' ') || c == '\x7f'; }
+/// `char` has a sign on some processors and none on others.
+constexpr bool isControl(char c) noexcept { return static_cast<unsigned char>(c) < 0x20 || c == '\x7f'; }
 
 constexpr bool isHexDigit(char c) noexcept { return isDigit(c) || (lowered(c) >= 'a' && lowered(c) <= 'f'); }
 

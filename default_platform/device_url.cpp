@@ -40,7 +40,7 @@ bool hasOnly(std::string_view text, bool (*allowed)(char)) {
 /// Nothing that could end the host inside a URL and begin something else.
 bool inName(char c) {
     constexpr std::string_view kDelimiters = "/?#@\\:[]%<>\"'`{}|^";
-    return c > ' ' && c != '\x7f' && !koine::contains(kDelimiters, std::string_view(&c, 1));
+    return c > ' ' && c < '\x7f' && !koine::contains(kDelimiters, std::string_view(&c, 1));
 }
 
 bool inAddress(char c) { return koine::platform::isHexDigit(c) || c == ':' || c == '.'; }

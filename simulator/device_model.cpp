@@ -166,9 +166,16 @@ const PairList* DeviceModel::answer(std::string_view name) const {
 }
 
 fs::path modelFolder() {
-    const fs::path inTree = KOINE_MODEL_DIR;
     std::error_code ignored;
-    return fs::is_directory(inTree, ignored) ? inTree : fs::path(KOINE_INSTALLED_MODEL_DIR);
+    const fs::path program = fs::read_symlink("/proc/self/exe", ignored);
+    const fs::path besideProgram = (program.parent_path() / KOINE_MODELS_FROM_PROGRAM).lexically_normal();
+    if (fs::is_directory(besideProgram, ignored))
+        return besideProgram;
+#ifdef KOINE_MODEL_DIR
+    if (fs::is_directory(KOINE_MODEL_DIR, ignored))
+        return KOINE_MODEL_DIR;
+#endif
+    return KOINE_INSTALLED_MODEL_DIR;
 }
 
 std::vector<std::string> modelNames(const fs::path& folder) {

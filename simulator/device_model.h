@@ -50,7 +50,8 @@ private:
     std::shared_ptr<const ModelData> data_;
 };
 
-/// Where the models that come with Koine are: in the source tree, else where they are installed.
+/// Where the models that come with Koine are: in the installed tree that the program belongs to, else in the
+/// source tree, else where they were installed.
 std::filesystem::path modelFolder();
 
 /// Names of the models in a folder, sorted.

@@ -4,6 +4,7 @@
 
 #include "koine/IBaseRequest.h"
 #include "koine/StreamIDCenter.h"
+#include "koine/export.h"
 #include "koine/types.h"
 #include "platform/http_client.h"
 #include "platform/mutex.h"
@@ -339,19 +340,19 @@ protected:
 
 private:
     friend struct koine::CategoryFamily;
-    class Dispatch;
-    class Rewrite;
-    class ConfigSet;
-    class CapabilityFill;
-    class CategoryAnswer;
-    class MediaFill;
-    class ProfileSync;
-    class StreamStart;
-    class UriAnswer;
+    class KOINE_HIDDEN Dispatch;
+    class KOINE_HIDDEN Rewrite;
+    class KOINE_HIDDEN ConfigSet;
+    class KOINE_HIDDEN CapabilityFill;
+    class KOINE_HIDDEN CategoryAnswer;
+    class KOINE_HIDDEN MediaFill;
+    class KOINE_HIDDEN ProfileSync;
+    class KOINE_HIDDEN StreamStart;
+    class KOINE_HIDDEN UriAnswer;
 
-    int fillLogin(unsigned int uid, char** raw);
-    char* deviceUrl(const char* requestLine);
-    int askDevice(unsigned int uid, const char* requestLine, char** raw);
+    KOINE_HIDDEN int fillLogin(unsigned int uid, char** raw);
+    KOINE_HIDDEN char* deviceUrl(const char* requestLine);
+    KOINE_HIDDEN int askDevice(unsigned int uid, const char* requestLine, char** raw);
 
     vm_mutex lock_;
     IBase* streamLive_ = nullptr;

@@ -3,3 +3,5 @@
 #pragma once
 
 #define KOINE_EXPORT __attribute__((visibility("default")))
+/// A part of an exported class that is the library's own business.
+#define KOINE_HIDDEN __attribute__((visibility("hidden")))

@@ -73,7 +73,10 @@ INSTANTIATE_TEST_SUITE_P(Refused, DeviceUrl,
                                          Case{"[cam]x", 80, "x", "(null)"}, Case{"[", 80, "x", "(null)"},
                                          Case{"::g", 80, "x", "(null)"}, Case{"::1]", 80, "x", "(null)"},
                                          Case{"fe80::1%a b", 80, "x", "(null)"},
-                                         Case{"fe80::1%", 80, "x", "(null)"}));
+                                         Case{"fe80::1%", 80, "x", "(null)"},
+                                         Case{"k\xc3\xbc"
+                                              "che",
+                                              80, "x", "(null)"}));
 
 TEST(DeviceUrl, NullGivesNull) {
     std::string line = "Login.cgi";

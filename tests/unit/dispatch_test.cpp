@@ -1,6 +1,7 @@
 // The beginning and the end of every request line: the lock, the copy, what the first line teaches, the
 // answer.
 
+#include "death_test_style.h"
 #include "dispatch_bench.h"
 
 namespace koine::test {
@@ -211,7 +212,7 @@ TEST(DispatchDeath, StopsTheProcessWithoutAStreamClient) {
         boost::shared_ptr<StreamIDClient> none;
         boost::shared_ptr<StreamIDClient>& get_streamid_client(unsigned int) override { return none; }
     };
-    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    dieInAProcessOfItsOwn();
     EXPECT_DEATH(
         {
             NoClients request;

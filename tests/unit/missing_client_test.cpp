@@ -2,6 +2,7 @@
 // on.
 
 #include "bench_request.h"
+#include "death_test_style.h"
 
 #include <boost/shared_ptr.hpp>
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ private:
 
 class MissingClient : public ::testing::Test {
 protected:
-    MissingClient() { ::testing::FLAGS_gtest_death_test_style = "threadsafe"; }
+    MissingClient() { dieInAProcessOfItsOwn(); }
 
     int convert(const std::string& count) {
         CgiMap media = {{"Media.Profiles.Count", count},

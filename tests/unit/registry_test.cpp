@@ -1,5 +1,6 @@
 // The registry of stream users, and what a request object tells of each.
 
+#include "death_test_style.h"
 #include "observed.h"
 #include "tests/support/failing_allocations.h"
 #include "tests/support/test_request.h"
@@ -212,7 +213,7 @@ TEST(UserReadsDeath, StopTheProcessWithoutAClient) {
         boost::shared_ptr<StreamIDClient> none;
         boost::shared_ptr<StreamIDClient>& get_streamid_client(unsigned int) override { return none; }
     };
-    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    dieInAProcessOfItsOwn();
     EXPECT_DEATH(NoClients().profile_id(1), "");
     EXPECT_DEATH(NoClients().init(1, "x"), "");
     EXPECT_DEATH(NoClients().GetCgiMapStr(1, "x"), "");
