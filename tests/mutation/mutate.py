@@ -7,7 +7,8 @@ tree (builder.py), and the unit tests run on it. A mutant that does not compile 
 which the tests do not come to an end is noticed. A mutant that no test notices is printed with its change,
 unless it stands in survivors.txt with the reason why no test can notice it.
 
-The sample is drawn by a seed: the same sources and the same seed give the same mutants.
+The sample is drawn by a seed, the first few of each kind in turns: the same sources and the same seed give the
+same mutants.
 
 The exit code is 0 when at least 90 % of the counted mutants that can be noticed were noticed.
 """
@@ -33,6 +34,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 CORE = ("request", "cache", "media", "stream")
 NOTICED_AT_LEAST = 0.90
+OF_EACH_KIND = 8
 VERDICTS = ("noticed", "hung", "survived", "explained", "invalid")
 
 
@@ -42,6 +44,17 @@ def all_mutants(folders, only):
             path = str(file.relative_to(ROOT))
             if only in path:
                 yield from mutants_of(path, file.read_text())
+
+
+def drawn(mutants, seed):
+    """All of them in an order of chance, but first in turns a few of each kind: some kinds are rare."""
+    random.Random(seed).shuffle(mutants)
+    kinds = {}
+    for mutant in mutants:
+        kinds.setdefault(mutant.kind, []).append(mutant)
+    first = [few[turn] for turn in range(OF_EACH_KIND) for _, few in sorted(kinds.items()) if turn < len(few)]
+    chosen = set(map(id, first))
+    return first + [mutant for mutant in mutants if id(mutant) not in chosen]
 
 
 def explained():
@@ -118,6 +131,7 @@ def read_options():
     parser.add_argument("--jobs", type=int, default=2, help="mutants judged at a time (default: 2)")
     parser.add_argument("--build", default="build/dev", help="folder of an ordinary build (default: build/dev)")
     parser.add_argument("--folders", default=",".join(CORE), help="where to look (default: the core)")
+    parser.add_argument("--kind", default="", help="only changes whose kind contains this, like 'separator'")
     parser.add_argument("--only", default="", help="only files whose path contains this")
     return parser.parse_args()
 
@@ -126,7 +140,10 @@ def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutate: ended from outside"))  # copies are removed
     options = read_options()
     mutants = list(all_mutants(options.folders.split(","), options.only))
-    random.Random(options.seed).shuffle(mutants)
+    mutants = drawn([mutant for mutant in mutants if options.kind in mutant.kind], options.seed)
+    if len(mutants) == len(list(all_mutants(CORE, ""))):  # not when only a part was asked for
+        for name in explained() - {mutant.name() for mutant in mutants}:
+            print(f"survivors.txt explains a change that cannot be made any more: {name}")
     started = time.monotonic()
     folder = pathlib.Path(tempfile.mkdtemp(prefix="koine-mutation-"))
     try:

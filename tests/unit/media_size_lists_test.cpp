@@ -307,6 +307,15 @@ TEST_F(MediaSizeLists, KeepsTheFrameRatesOnceTheyAreThere) {
     EXPECT_EQ(at(rates()), "640x480:1-30");
 }
 
+TEST_F(MediaSizeLists, GivesNoFrameRatesWhereTheListHasNoSizes) {
+    for (const char* list : {"", ",", "\n,\n"}) {
+        media.clear();
+        h264(list);
+        convert();
+        EXPECT_EQ(media.count(rates()), 0U) << list;
+    }
+}
+
 TEST_F(MediaSizeLists, SplitsForFrameRatesAtCommasAndLineEndsOnly) {
     h264("640x480;800x600\n1024x768");
     bounds(1, 1, 2, 2); // keeps nothing, so that the list stays as written

@@ -120,6 +120,19 @@ TEST_F(ProfileSearch, LooksForTokensOnlyUpToTheCount) {
     expectChosen(1, "T1");
 }
 
+TEST_F(ProfileSearch, LooksAtNoMoreProfilesThanADeviceCanHave) {
+    request.useProfiles(0);
+    request.media()["Media.Profiles.Count"] = "100000";
+    request.profile(1024, ".token", "last");
+    request.profile(1025, ".token", "beyond");
+    client.set_profile_token("last");
+    EXPECT_EQ(search(), 1);
+    EXPECT_EQ(client.profile_id(), 1024);
+    client.set_profile_token("beyond");
+    EXPECT_EQ(search(), 1);
+    EXPECT_EQ(client.profile_id(), 1);
+}
+
 TEST_F(ProfileSearch, AUserWithNeitherModeNorTokenBecomesAuto) {
     classes({"ANY", "MOBILE"});
     client.set_profile_token("");
@@ -189,6 +202,14 @@ TEST_F(ProfileSearch, MobileWithoutProfilesAndWithoutATokenIsRefused) {
     EXPECT_TRUE(tracesAre({"???#2005 searchAvailableProfileToken: err-2. \n"}));
     EXPECT_EQ(client.profile_id(), 0);
     EXPECT_STREQ(client.profile_token(), "PROFILE-1") << "the placeholder is stored all the same";
+}
+
+TEST_F(ProfileSearch, MobileWithoutATokenTakesTheOnlyProfile) {
+    classes({"ANY"});
+    client.setProfileMode_1("MOBILE");
+    client.set_profile_token("");
+    EXPECT_EQ(search(), 1);
+    expectChosen(1, "T1");
 }
 
 TEST_F(ProfileSearch, MobileWithoutProfilesButWithATokenKeepsTheFirstProfile) {

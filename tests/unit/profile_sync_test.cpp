@@ -73,7 +73,7 @@ TEST_F(ProfileSync, AutoUsesH264AndAHeightOf720) {
     client.setSettingW(1280);
     client.setSettingEnc("JPEG");
     request.encoder(1, ".EncodingList", "JPEG,H264");
-    request.encoder(1, ".H264.Resolution.NxN.List", "704x576,1280x720,1920x1080");
+    request.encoder(1, ".H264.Resolution.NxN.List", "704x576,1280x719,1280x720,1280x721");
     EXPECT_EQ(sync(), 1);
     EXPECT_EQ(sent(), piece("Encoding=H264") + sizePiece("1280", "720"));
     EXPECT_EQ(client.encoding(), "H264");
@@ -114,7 +114,7 @@ TEST_F(ProfileSync, MobileUsesMpeg4AndAHeightOf288) {
     request.setHaveMobile(1);
     client.setSettingW(352);
     request.encoder(1, ".EncodingList", "JPEG,H264,MPEG4");
-    request.encoder(1, ".MPEG4.Resolution.NxN.List", "176x144,352x288,704x576");
+    request.encoder(1, ".MPEG4.Resolution.NxN.List", "176x144,352x287,352x288,352x289");
     EXPECT_EQ(sync(), 1);
     EXPECT_EQ(sent(), piece("Encoding=MPEG4") + sizePiece("352", "288"));
 }
