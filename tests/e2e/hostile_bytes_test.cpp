@@ -123,15 +123,15 @@ const std::vector<Misdeed>& misdeeds() {
 class HostileBytes : public testing::TestWithParam<Misdeed> {};
 
 TEST_P(HostileBytes, HarmNoKindOfRequest) {
-    const ShortLimits limits;
     const Misdeed& misdeed = GetParam();
+    const Limits limits(misdeed.result == -4 ? kShortLimit : kLongLimit);
     std::vector<std::thread> threads; // most of the time is waiting
     for (const RequestKind& kind : kRequestKinds)
         threads.emplace_back([&] {
             IllCamera camera(misdeed.behaviour, "");
             const auto object = camera.object();
             const Cost cost = costOf([&] { return ask(*object, kind); });
-            expectCheap(cost, kind.name, object->requestsSent(), misdeed.mostMemory);
+            expectCheap(cost, kind.name, limits.time(), object->requestsSent(), misdeed.mostMemory);
             EXPECT_TRUE(isStated(cost.answer)) << kind.name << ": " << cost.answer.text;
             if (misdeed.result != kAny) {
                 EXPECT_EQ(cost.answer.result, misdeed.result) << kind.name;
@@ -140,7 +140,6 @@ TEST_P(HostileBytes, HarmNoKindOfRequest) {
             EXPECT_LE(camera.server().requests().size(), 5 * object->requestsSent() + 8) << kind.name;
             camera.heal();
             EXPECT_EQ(request(*object, 1, "PTZ.cgi?stop=1").result, 1) << kind.name << ", healed";
-            EXPECT_EQ(ask(*camera.object(), kind).result, 1) << kind.name << ", healed";
         });
     for (std::thread& thread : threads)
         thread.join();
