@@ -6,6 +6,8 @@
 #include "text/numbers.h"
 #include "text/tokens.h"
 
+#include <algorithm>
+
 namespace koine {
 namespace {
 
@@ -33,15 +35,24 @@ void EncodingCompletion::complete(ProfileKeys& keys, std::string_view encodings)
                 break;
 }
 
+/// The list has them in any order, the map in that of their names.
 void EncodingCompletion::lookUp(ProfileKeys& keys, std::string_view encodings) {
     encodings_.clear();
     for (const std::string_view name : Tokens(encodings, kListSeparators)) {
         if (media_.isExhausted())
             return;
-        Encoding& encoding = encodings_.emplace_back();
-        encoding.name = name;
-        for (unsigned key = 0; key < encoding.entries.size(); ++key)
-            encoding.entries[key] = media_.look(keys.of(static_cast<EncodingKey>(key), name));
+        encodings_.emplace_back().name = name;
+        media_.note(sizeof(Encoding));
+    }
+    byName_.clear();
+    for (Encoding& encoding : encodings_)
+        byName_.push_back(&encoding);
+    std::sort(byName_.begin(), byName_.end(),
+              [](const Encoding* a, const Encoding* b) { return a->name < b->name; });
+    for (Encoding* const encoding : byName_) {
+        EncodingKeys ofEncoding(keys, encoding->name);
+        for (unsigned key = 0; key < encoding->entries.size(); ++key)
+            encoding->entries[key] = media_.look(ofEncoding.of(static_cast<EncodingKey>(key)));
     }
 }
 
@@ -116,14 +127,14 @@ void EncodingCompletion::set(ProfileKeys& keys, Encoding& encoding, EncodingKey 
     if (entry.isPresent())
         media_.assign(entry, value);
     else
-        media_.add(entry, keys.of(key, encoding.name), value);
+        media_.add(entry, EncodingKeys(keys, encoding.name).of(key), value);
 }
 
 std::string& EncodingCompletion::setIfAbsent(ProfileKeys& keys, Encoding& encoding, EncodingKey key,
                                              std::string_view value) {
     Entry& entry = encoding.entry(key);
     if (!entry.isPresent())
-        media_.add(entry, keys.of(key, encoding.name), value);
+        media_.add(entry, EncodingKeys(keys, encoding.name).of(key), value);
     return entry.text();
 }
 

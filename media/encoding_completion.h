@@ -62,6 +62,7 @@ private:
     AreaRange areas_;
     std::string frameRates_; // as they follow a size
     std::vector<Encoding> encodings_;
+    std::vector<Encoding*> byName_;
     LastBounds lastBounds_;
     LastKept lastKept_;
     std::string work_;

@@ -2,7 +2,7 @@
 /// The media map while its profiles are completed.
 #pragma once
 
-#include "cache/nearby_search.h"
+#include "text/nearby_search.h"
 
 #include <string>
 #include <string_view>

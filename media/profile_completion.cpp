@@ -30,13 +30,10 @@ float hostQuality(float source, float sourceMin, float step) {
 
 using Entry = MediaMap::Entry;
 
-/// The keys of one profile, encodings apart. Looked up in the order of the keys.
-struct ProfileEntries {
-    ProfileEntries(MediaMap& media, ProfileKeys& keys)
-        : available(media.look(keys.of(ProfileKey::available))),
-          allowLive(media.look(keys.of(ProfileKey::allowLive))),
-          encodingList(media.look(keys.of(EncoderKey::encodingList))),
-          quality(media.look(keys.of(EncoderKey::quality))),
+/// The keys of the encoder of one profile, encodings apart. Looked up in the order of the keys.
+struct EncoderEntries {
+    EncoderEntries(MediaMap& media, ProfileKeys& keys)
+        : quality(media.look(keys.of(EncoderKey::quality))),
           qualityMax(media.look(keys.of(EncoderKey::qualityMax))),
           qualityMin(media.look(keys.of(EncoderKey::qualityMin))),
           qualitySrc(media.look(keys.of(EncoderKey::qualitySrc))),
@@ -44,9 +41,6 @@ struct ProfileEntries {
           bitrateMin(media.look(keys.of(EncoderKey::bitrateLimitMin))),
           token(media.look(keys.of(EncoderKey::token))) {}
 
-    Entry available;
-    Entry allowLive;
-    Entry encodingList;
     Entry quality;
     Entry qualityMax;
     Entry qualityMin;
@@ -67,26 +61,17 @@ public:
           qualityMax_(findValue(capability, keys::kQualityMax)),
           qualityMin_(findValue(capability, keys::kQualityMin)) {}
 
+    /// The steps do not depend on each other, so they take the keys in their order.
     /// @return is this profile reserved for mobile viewing?
     bool profile(int index) {
         ProfileKeys keys(ProfileNumber{index + 1});
-        ProfileEntries entries(media_, keys);
-        if (!entries.token.isPresent())
-            media_trace::profileHasNoToken(index);
-        scaleQuality(keys, entries);
-        setIfAbsent(entries.available, keys, ProfileKey::available, kIsAvailable);
-        setIfAbsent(entries.allowLive, keys, ProfileKey::allowLive, liveClass(index));
-        if (!entries.encodingList.isPresent())
-            offerEncodings(keys, entries.encodingList);
-        if (entries.encodingList.isPresent())
-            encodings_.complete(keys, entries.encodingList.text());
-        if (qualityMax_ != nullptr)
-            setIfAbsent(entries.qualityMax, keys, EncoderKey::qualityMax, *qualityMax_);
-        if (qualityMin_ != nullptr)
-            setIfAbsent(entries.qualityMin, keys, EncoderKey::qualityMin, *qualityMin_);
-        setIfAbsent(entries.bitrateMax, keys, EncoderKey::bitrateLimitMax, kBitrateMost);
-        setIfAbsent(entries.bitrateMin, keys, EncoderKey::bitrateLimitMin, kBitrateLeast);
-        return entries.allowLive.text() == kLiveMobile;
+        Entry available = media_.look(keys.of(ProfileKey::available));
+        setIfAbsent(available, keys, ProfileKey::available, kIsAvailable);
+        Entry allowLive = media_.look(keys.of(ProfileKey::allowLive));
+        setIfAbsent(allowLive, keys, ProfileKey::allowLive, liveClass(index));
+        completeEncodings(keys);
+        completeEncoder(keys, index);
+        return allowLive.text() == kLiveMobile;
     }
 
     bool isExhausted() const { return media_.isExhausted(); }
@@ -98,8 +83,29 @@ private:
             media_.add(entry, keys.of(key), value);
     }
 
+    void completeEncodings(ProfileKeys& keys) {
+        Entry list = media_.look(keys.of(EncoderKey::encodingList));
+        if (!list.isPresent())
+            offerEncodings(keys, list);
+        if (list.isPresent())
+            encodings_.complete(keys, list.text());
+    }
+
+    void completeEncoder(ProfileKeys& keys, int index) {
+        EncoderEntries entries(media_, keys);
+        if (!entries.token.isPresent())
+            media_trace::profileHasNoToken(index);
+        scaleQuality(keys, entries);
+        if (qualityMax_ != nullptr)
+            setIfAbsent(entries.qualityMax, keys, EncoderKey::qualityMax, *qualityMax_);
+        if (qualityMin_ != nullptr)
+            setIfAbsent(entries.qualityMin, keys, EncoderKey::qualityMin, *qualityMin_);
+        setIfAbsent(entries.bitrateMax, keys, EncoderKey::bitrateLimitMax, kBitrateMost);
+        setIfAbsent(entries.bitrateMin, keys, EncoderKey::bitrateLimitMin, kBitrateLeast);
+    }
+
     /// The scale is the same for every vendor.
-    void scaleQuality(ProfileKeys& keys, ProfileEntries& entries) {
+    void scaleQuality(ProfileKeys& keys, EncoderEntries& entries) {
         if (settings_.qualityStep == 0.0F || !entries.quality.isPresent())
             return;
         setIfAbsent(entries.qualitySrc, keys, EncoderKey::qualitySrc, entries.quality.text());

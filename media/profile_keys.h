@@ -85,13 +85,18 @@ constexpr std::string_view suffixOf(ProfileKey key) { return kProfileSuffixes[st
 constexpr std::string_view suffixOf(EncoderKey key) { return kEncoderSuffixes[static_cast<unsigned>(key)]; }
 constexpr std::string_view suffixOf(EncodingKey key) { return kEncodingSuffixes[static_cast<unsigned>(key)]; }
 
+template <std::size_t Count>
+constexpr std::size_t longest(const std::array<std::string_view, Count>& texts) {
+    std::size_t length = 0;
+    for (const std::string_view text : texts)
+        length = std::max(length, text.size());
+    return length;
+}
+
 /// How long a key without an encoding can be, whatever the profile's number.
 constexpr std::size_t longestProfileKey() {
-    std::size_t longestSuffix = 0;
-    for (const std::string_view suffix : kEncoderSuffixes)
-        longestSuffix = std::max(longestSuffix, suffix.size());
     return kProfilePrefix.size() + std::string_view("-2147483648").size() + kEncoderPart.size() +
-           longestSuffix;
+           std::max(longest(kEncoderSuffixes), longest(kProfileSuffixes));
 }
 
 /// Builds the keys of one profile, in place. A view it returns stays valid until the next one is asked for.
@@ -112,32 +117,48 @@ public:
     std::string_view of(ProfileKey key) { return put(prefixLength_, suffixOf(key)); }
     std::string_view of(EncoderKey key) { return put(encoder().size(), suffixOf(key)); }
 
-    /// Key of one encoding ("H264").
-    std::string_view of(EncodingKey key, std::string_view encoding) {
-        const std::size_t length = encoder().size();
-        const std::string_view suffix = suffixOf(key);
-        if (length + 1 + encoding.size() + suffix.size() > text_.size())
-            return longer_.assign(text_.data(), length).append(".").append(encoding).append(suffix);
-        put(length, ".");
-        put(length + 1, encoding);
-        return put(length + 1 + encoding.size(), suffix);
-    }
-
-private:
     /// What the keys of the encoder configuration begin with.
     std::string_view encoder() { return put(prefixLength_, kEncoderPart); }
 
+private:
     std::string_view put(std::size_t at, std::string_view part) {
         part.copy(text_.data() + at, part.size());
         return {text_.data(), at + part.size()};
     }
 
-    /// Enough also for the encodings that are known.
-    static constexpr std::size_t kRoom = 128;
-    static_assert(longestProfileKey() <= kRoom);
-
-    std::array<char, kRoom> text_;
+    std::array<char, longestProfileKey()> text_;
     std::size_t prefixLength_ = 0;
+};
+
+/// Builds the keys of one encoding ("H264") of a profile, in place unless its name is one that nobody uses. A
+/// view it returns stays valid until the next one is asked for.
+class EncodingKeys {
+public:
+    EncodingKeys(ProfileKeys& profile, std::string_view encoding) {
+        const std::string_view encoder = profile.encoder();
+        headLength_ = encoder.size() + 1 + encoding.size();
+        if (headLength_ + kLongestSuffix > head_.size()) {
+            longer_.assign(encoder).append(1, '.').append(encoding);
+            return;
+        }
+        char* const end = std::copy(encoder.begin(), encoder.end(), head_.data());
+        *end = '.';
+        std::copy(encoding.begin(), encoding.end(), end + 1);
+    }
+
+    std::string_view of(EncodingKey key) {
+        const std::string_view suffix = suffixOf(key);
+        if (!longer_.empty())
+            return longer_.replace(headLength_, std::string::npos, suffix);
+        suffix.copy(head_.data() + headLength_, suffix.size());
+        return {head_.data(), headLength_ + suffix.size()};
+    }
+
+private:
+    static constexpr std::size_t kLongestSuffix = longest(kEncodingSuffixes);
+
+    std::array<char, 128> head_; // the known encodings have short names
+    std::size_t headLength_ = 0;
     std::string longer_;
 };
 

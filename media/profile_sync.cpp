@@ -73,7 +73,12 @@ public:
 private:
     ProfileKeys keys() const { return ProfileKeys(ProfileNumber{client_.profile_id()}); }
 
-    std::string sizesKey() const { return std::string(keys().of(EncodingKey::sizes, client_.encoding())); }
+    EncodingKeys keysOf(std::string_view encoding) const {
+        ProfileKeys profile = keys();
+        return EncodingKeys(profile, encoding);
+    }
+
+    std::string sizesKey() const { return std::string(keysOf(client_.encoding()).of(EncodingKey::sizes)); }
 
     FrameSize wantedSize() const {
         return {static_cast<std::uint32_t>(client_.getSettingW()),
@@ -136,7 +141,7 @@ private:
             append(keys().of(EncoderKey::bitrateLimit), client_.getSettingBitrate());
         if (client_.getSettingGovLength() > 0) {
             const std::string_view encoding = client_.encoding();
-            append(keys().of(EncodingKey::govLength, encoding.empty() ? kH264 : encoding),
+            append(keysOf(encoding.empty() ? kH264 : encoding).of(EncodingKey::govLength),
                    client_.getSettingGovLength());
         }
     }

@@ -2,7 +2,6 @@
 
 #include "cache/key_map.h"
 #include "cache/keys.h"
-#include "cache/nearby_search.h"
 #include "koine/BaseRequest.h"
 #include "media/profile_count.h"
 #include "media/profile_keys.h"
@@ -10,6 +9,7 @@
 #include "stream/required_client.h"
 #include "stream/stream_traces.h"
 #include "text/bounded_text.h"
+#include "text/nearby_search.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
 #include "text/words.h"
@@ -92,8 +92,9 @@ public:
         std::array<const std::string*, kProfileLines.size()> values{};
         for (const unsigned i : kByKey) {
             const ProfileLine& line = kProfileLines[i];
-            values[i] = find(line.print == Print::sizesOfCodec ? keys.of(EncodingKey::sizes, codec)
-                                                               : keys.of(line.key));
+            values[i] =
+                find(line.print == Print::sizesOfCodec ? EncodingKeys(keys, codec).of(EncodingKey::sizes)
+                                                       : keys.of(line.key));
         }
         for (unsigned i = 0; i < values.size(); ++i)
             if (values[i] != nullptr)

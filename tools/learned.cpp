@@ -45,7 +45,7 @@ std::string sizeText(std::string_view width, std::string_view height) {
 
 /// The length of a group of pictures, which is kept per encoding or once for all.
 std::string govLength(const CgiMap& media, ProfileKeys& keys, std::string_view encoding) {
-    const std::string_view own = valueOr(media, keys.of(EncodingKey::govLength, encoding));
+    const std::string_view own = valueOr(media, EncodingKeys(keys, encoding).of(EncodingKey::govLength));
     if (!own.empty())
         return std::string(own);
     return std::string(valueOr(media, keys.of(EncoderKey::govLength)));

@@ -1,7 +1,7 @@
 // Look-ups of keys that stand close together find what a search of the whole map finds.
 
-#include "cache/nearby_search.h"
 #include "random_texts.h"
+#include "text/nearby_search.h"
 
 #include <gtest/gtest.h>
 

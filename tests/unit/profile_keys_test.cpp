@@ -20,7 +20,7 @@ TEST(ProfileKeys, AreThoseOfTheSelectedProfile) {
         EXPECT_EQ(keys.of(EncoderKey::bitrateLimitMax), encoder + ".RateControl.BitrateLimit.Max");
         EXPECT_EQ(keys.of(ProfileKey::allowLive), head(profile) + ".Tovlin.AllowLive");
         EXPECT_EQ(keys.of(EncoderKey::encoding), encoder + ".Encoding");
-        EXPECT_EQ(keys.of(EncodingKey::frameRates, "MPEG4"),
+        EXPECT_EQ(EncodingKeys(keys, "MPEG4").of(EncodingKey::frameRates),
                   encoder + ".MPEG4.ResolutionFrameRateRange.NxN.List");
         EXPECT_EQ(keys.of(ProfileKey::token), head(profile) + ".token");
     }
@@ -29,13 +29,14 @@ TEST(ProfileKeys, AreThoseOfTheSelectedProfile) {
 TEST(ProfileKeys, EncodingsMayHaveNamesOfAnyLength) {
     for (const int profile : kProfiles) {
         ProfileKeys keys(ProfileNumber{profile});
+        const std::string encoder = head(profile) + ".VideoEncoderConfiguration.";
         for (std::size_t length = 0; length < 200; ++length) {
             const std::string encoding(length, 'E');
-            const std::string encoder = head(profile) + ".VideoEncoderConfiguration.";
-            EXPECT_EQ(keys.of(EncodingKey::sizesSrc, encoding),
-                      encoder + encoding + ".Resolution.NxN.List.Src");
-            EXPECT_EQ(keys.of(EncodingKey::sizes, encoding), encoder + encoding + ".Resolution.NxN.List");
+            EncodingKeys ofEncoding(keys, encoding);
+            EXPECT_EQ(ofEncoding.of(EncodingKey::sizesSrc), encoder + encoding + ".Resolution.NxN.List.Src");
+            EXPECT_EQ(ofEncoding.of(EncodingKey::sizes), encoder + encoding + ".Resolution.NxN.List");
             EXPECT_EQ(keys.of(ProfileKey::token), head(profile) + ".token");
+            EXPECT_EQ(ofEncoding.of(EncodingKey::govLength), encoder + encoding + ".GovLength");
         }
     }
 }

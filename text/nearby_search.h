@@ -26,6 +26,18 @@ public:
     /// Goes to the key, or to the place where it belongs.
     /// @return is it there?
     bool moveTo(std::string_view key) {
+        if (isFound_)
+            ++place_; // the next key lies behind
+        isFound_ = walkTo(key);
+        return isFound_;
+    }
+
+    Place place() const { return place_; }
+
+private:
+    static constexpr int kNear = 6; // the keys of one encoding
+
+    bool walkTo(std::string_view key) {
         for (int steps = 0; steps < kNear && place_ != map_.end(); ++steps, ++place_) {
             const int order = place_->first.compare(key);
             if (order == 0)
@@ -39,17 +51,13 @@ public:
         return place_ != map_.end() && place_->first == key;
     }
 
-    Place place() const { return place_; }
-
-private:
-    static constexpr int kNear = 6; // the keys of one encoding
-
     bool isBehindPrevious(std::string_view key) const {
         return place_ == map_.begin() || std::prev(place_)->first < key;
     }
 
     Map& map_;
     Place place_;
+    bool isFound_ = false;
 };
 
 } // namespace koine
