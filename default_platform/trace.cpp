@@ -16,8 +16,15 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-char g_login_debug_function_name[64];
-int g_login_debug_line;
+namespace {
+
+/// What every request writes stands apart from what every request reads.
+constexpr std::size_t kCacheLine = 64;
+
+} // namespace
+
+alignas(kCacheLine) char g_login_debug_function_name[64];
+alignas(kCacheLine) int g_login_debug_line;
 
 namespace koine {
 namespace {
@@ -32,7 +39,7 @@ struct Sink {
 };
 
 // A line that nobody reads must cost nothing: this is all it looks at.
-std::atomic<bool> g_wanted{false};
+alignas(kCacheLine) std::atomic<bool> g_wanted{false};
 
 Sink g_sink;
 
