@@ -5,6 +5,8 @@
 #include "koine/BaseRequest.h"
 #include "text/owned_text.h"
 
+#include <utility>
+
 using namespace koine;
 
 int BaseRequest::getCacheConfigAll(unsigned int uid, int /*mode*/, char** answer) {
@@ -21,7 +23,7 @@ int BaseRequest::getCacheConfigAll(unsigned int uid, int /*mode*/, char** answer
             break;
         OwnedText part;
         result = (this->*get)(uid, 0, nullptr, nullptr, OutText(part));
-        if (result == kOk && part && joined.append(part.get()) != JoinedAnswer::Outcome::joined)
+        if (result == kOk && part && joined.append(std::move(part)) != JoinedAnswer::Outcome::joined)
             result = kNoResource;
     }
     if (result != kOk)

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 namespace koine {
 
@@ -30,15 +31,18 @@ public:
         return true;
     }
 
-    Outcome append(std::string_view part) {
+    Outcome append(OwnedText part) {
+        const std::string_view added = viewOf(part.get());
+        required_ += added.size() + kRoomPerPart;
+        if (!hasParts_ && required_ > kFirstCapacity)
+            return begin(std::move(part), added.size());
         if (!text_ && !create())
             return Outcome::notCreated;
-        required_ += part.size() + kRoomPerPart;
-        if (required_ > capacity_ && !resize())
+        if (required_ > capacity_ && !resize(text_))
             return Outcome::notResized;
         if (separatedFrom_ == SeparatedFrom::parts ? hasParts_ : length_ > 0)
             put("\n");
-        put(part);
+        put(added);
         hasParts_ = true;
         return Outcome::joined;
     }
@@ -50,12 +54,23 @@ private:
     static constexpr std::size_t kFirstCapacity = 4096;
     static constexpr std::size_t kRoomPerPart = 32; // the line end between parts and the final NUL fit
 
-    bool resize() {
-        void* const larger = std::realloc(text_.get(), required_);
+    /// A large first part is not copied: it becomes the text.
+    Outcome begin(OwnedText part, std::size_t length) {
+        if (!resize(part))
+            return Outcome::notResized;
+        text_ = std::move(part);
+        length_ = length;
+        hasParts_ = true;
+        return Outcome::joined;
+    }
+
+    /// Gives a text the room that is required.
+    bool resize(OwnedText& text) {
+        void* const larger = std::realloc(text.get(), required_);
         if (larger == nullptr)
             return false;
-        static_cast<void>(text_.release()); // realloc has taken it
-        text_.reset(static_cast<char*>(larger));
+        static_cast<void>(text.release()); // realloc has taken it
+        text.reset(static_cast<char*>(larger));
         capacity_ = required_;
         return true;
     }

@@ -9,6 +9,7 @@
 #include "text/words.h"
 
 #include <array>
+#include <utility>
 
 using namespace koine;
 
@@ -79,7 +80,7 @@ int BaseRequest::handleConfigGet(unsigned int uid, char* url, char** answer) {
         }
         if (!text)
             continue;
-        switch (joined.append(text.get())) {
+        switch (joined.append(std::move(text))) {
         case JoinedAnswer::Outcome::joined:
             break;
         case JoinedAnswer::Outcome::notCreated:

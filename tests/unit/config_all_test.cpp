@@ -100,6 +100,14 @@ TEST_F(ConfigAll, APartAfterNothingButEmptyPartsNeedsNoLineEnd) {
     EXPECT_EQ(all(), "V\n\nX") << "an empty part in the middle still gets its line end";
 }
 
+TEST_F(ConfigAll, ALargeFirstPartGetsRoomForTheNext) {
+    const std::string large(kFirstRoom, 'm');
+    has("media", large);
+    has("video", "V");
+    EXPECT_EQ(all(), large + "\nV");
+    EXPECT_GE(room(), large.size() + 1 + 2 * 32);
+}
+
 TEST_F(ConfigAll, TheModeMeansNothing) {
     has("video", "V");
     EXPECT_EQ(all(0), "V");

@@ -213,12 +213,34 @@ TEST_F(ConfigGet, TheTextGrowsToExactlyWhatItNeeds) {
     EXPECT_LT(::malloc_usable_size(answer.raw()), 4264U + 32U);
 }
 
+TEST_F(ConfigGet, ALargeFirstTextHasRoomForTheNext) {
+    const std::string large(5000, 'v');
+    parts["Video"] = {1, true, large};
+    EXPECT_EQ(get("Video.*"), large);
+    EXPECT_GE(::malloc_usable_size(answer.raw()), 5032U);
+    EXPECT_EQ(get("Video.*,Misc.*,Video.*"), large + "\n<Misc>\n" + large);
+}
+
 TEST_F(ConfigGet, ALargeTextArrivesWhole) {
     parts["Video"] = {1, true, std::string(1U << 20U, 'v')};
     EXPECT_EQ(get("Video.*,Misc.*,Video.*").size(), 2 * (1U << 20U) + 2 + 6);
 }
 
 /// The texts that are allocated: the copy of the line, the answer, its growth.
+TEST_F(ConfigGet, WithoutMemoryForALargeFirstTextItStoresNothing) {
+    camera.set_strm_setting_channel(5);
+    parts["Video"] = {1, true, std::string(5000, 'v')};
+    line = "category=Video.*";
+    forgetTraces();
+    char* text = nullptr;
+    FailAllocations second(2, FailAllocations::Then::recover, FailAllocations::Which::texts);
+    const int result = camera.handleConfigGet(kUser, line.data(), &text);
+    EXPECT_TRUE(second.stop());
+    EXPECT_EQ(result, -8);
+    EXPECT_EQ(text, nullptr);
+    EXPECT_TRUE(tracesAre({"???#3361 BaseRequest::handleConfigGet: uid=7:5, err-8. \n"}));
+}
+
 TEST_F(ConfigGet, WithoutMemoryItSaysWhereAndStoresNothing) {
     camera.set_strm_setting_channel(5);
     const int sourceLines[] = {3296, 3352, 3361};
