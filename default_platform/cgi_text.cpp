@@ -1,17 +1,20 @@
 #include "platform/cgi_text.h"
 
+#include "text/nearby_search.h"
 #include "text/numbers.h"
 #include "text/owned_text.h"
 #include "text/shortage.h"
 #include "text/words.h"
 
 #include <cstring>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 namespace {
 
+using koine::NearbySearch;
 using koine::OwnedText;
 
 constexpr std::string_view kHead = "0\nOK\n";
@@ -70,10 +73,14 @@ void moveInto(CgiMap& target, CgiMap& pairs) noexcept {
         target.swap(pairs);
         return;
     }
-    while (!pairs.empty()) {
-        const auto result = target.insert(pairs.extract(pairs.begin()));
-        if (!result.inserted)
-            result.position->second.swap(result.node.mapped());
+    NearbySearch<CgiMap> search(target);
+    for (auto pair = pairs.begin(); pair != pairs.end();) {
+        const auto next = std::next(pair);
+        if (search.moveTo(pair->first))
+            search.place()->second.swap(pair->second);
+        else
+            target.insert(search.place(), pairs.extract(pair));
+        pair = next;
     }
 }
 

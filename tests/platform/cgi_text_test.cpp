@@ -101,6 +101,23 @@ TEST_P(Parser, NullIsRefused) {
     EXPECT_EQ(GetParam()(nullptr, nullptr), -2);
 }
 
+TEST_P(Parser, AnswersAreMergedWhereverTheirKeysStand) {
+    // Keys before, between and behind those of the map, near ones and far ones, new ones and known ones.
+    CgiMap map;
+    CgiMap expected;
+    for (int round = 0; round < 20; ++round) {
+        std::string text = "0\nOK\n";
+        for (int i = 0; i < 30; ++i) {
+            const std::string key = "Key" + std::to_string(i * i * (round + 1) % 97);
+            const std::string value = std::to_string(round * 100 + i);
+            text += key + "=" + value + "\n";
+            expected[key] = value;
+        }
+        ASSERT_EQ(GetParam()(text.c_str(), &map), 1);
+        ASSERT_EQ(map, expected) << round;
+    }
+}
+
 TEST_P(Parser, KeyAndValueOfAMegabyteAreKept) {
     const std::string key(1 << 20, 'k');
     const std::string value(1 << 20, 'v');
