@@ -4,10 +4,12 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 folder=build/embedded
-disabled=(CURL OpenSSL CLI11 nlohmann_json GTest benchmark Python3 PkgConfig)
+disabled=(CURL OpenSSL CLI11 nlohmann_json GTest benchmark PkgConfig)
 
+options=("${disabled[@]/#/-DCMAKE_DISABLE_FIND_PACKAGE_}")
+options=("${options[@]/%/=ON}")
 rm -rf "$folder"
-cmake --preset embedded "${disabled[@]/#/-DCMAKE_DISABLE_FIND_PACKAGE_}" >/dev/null 2>"$folder.log" ||
+cmake --preset embedded "${options[@]}" >/dev/null 2>"$folder.log" ||
     { cat "$folder.log"; exit 1; }
 cmake --build --preset embedded >"$folder.log" || { cat "$folder.log"; exit 1; }
 
