@@ -93,8 +93,14 @@ if(KOINE_INSTALL)
     FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
     DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/koine"
     COMPONENT documents)
+  if(KOINE_DEBIAN)
+    set(example_parent libkoine-dev)
+    set(CMAKE_SKIP_INSTALL_RPATH ON)
+  else()
+    set(example_parent koine)
+  endif()
   install(
     DIRECTORY "${PROJECT_SOURCE_DIR}/examples"
-    DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/koine"
+    DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/${example_parent}"
     COMPONENT development)
 endif()
