@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <malloc.h>
 #include <sstream>
@@ -70,7 +71,14 @@ long residentKilobytes() {
 
 bool fill(BaseRequest& device) {
     device.set_server_address("127.0.0.1");
-    return device.cacheCgi(1) == koine::kOk && device.GetCgiMapStr(1, "Product-Name") != nullptr;
+    if (device.cacheCgi(1) != koine::kOk)
+        return false;
+    char line[] = "Login.cgi";
+    char* answer = nullptr;
+    const int result = device.requestHttpStr(1, line, nullptr, nullptr, &answer);
+    const bool isFull = result == koine::kOk && std::strstr(answer, "Product-Name=") != nullptr;
+    std::free(answer);
+    return isFull;
 }
 
 } // namespace
