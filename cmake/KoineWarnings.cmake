@@ -21,8 +21,11 @@ target_compile_options(
             -Wimplicit-fallthrough
             -Wmissing-declarations
             $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond>
-            $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
-            $<$<CXX_COMPILER_ID:GNU>:-Wuseless-cast>)
+            $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>)
+# A cast to the type it already has on 32 bits is one that 64 bits need.
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  target_compile_options(koine_warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wuseless-cast>)
+endif()
 if(KOINE_WARNINGS_AS_ERRORS)
   target_compile_options(koine_warnings INTERFACE -Werror)
 endif()
