@@ -82,7 +82,7 @@ if(KOINE_INSTALL)
     "${PROJECT_SOURCE_DIR}/cmake/package/KoineConfig.cmake.in" "${PROJECT_BINARY_DIR}/package/KoineConfig.cmake"
     INSTALL_DESTINATION "${KOINE_INSTALL_CMAKEDIR}"
     NO_SET_AND_CHECK_MACRO)
-  # Before 1.0 a minor version may change the interface.
+  # Before 1.0 a minor version may change what hosts are compiled with; for those that are compiled, see docs/abi.md.
   write_basic_package_version_file("${PROJECT_BINARY_DIR}/package/KoineConfigVersion.cmake"
                                    COMPATIBILITY SameMinorVersion)
   install(
