@@ -7,6 +7,7 @@ cd "$(dirname "$0")/../.."
 source="$PWD"
 work="$source/build/install"
 cxx="${CXX:-c++}"
+cc="${CC:-cc}"
 
 # quietly COMMAND...: shows what it says only when it fails.
 quietly() {
@@ -54,6 +55,47 @@ use_by_cmake() {
     echo "  $1: CMake package"
 }
 
+# use_from_c PRESET: a project in C alone, whose host is the one of the installed examples.
+use_from_c() {
+    local project="$work/$1-from-c" flags
+    rm -rf "$project"
+    cp -r "$source/tests/install/c_consumer" "$project"
+    cp "$work/$1/share/doc/koine/examples/host.c" "$project"
+    build "$project" "$project/build" -DCMAKE_PREFIX_PATH="$work/$1"
+    read -ra flags <<<"$(PKG_CONFIG_PATH="$libraries/pkgconfig" pkg-config --cflags --libs koine-c)"
+    quietly "$cc" -std=c90 "$project/host.c" -o "$project/by_hand" "${flags[@]}"
+    quietly talk_to_device "$project/build/host_in_c" "$project/by_hand"
+    echo "  $1: a host in C, by the CMake package and by pkg-config"
+}
+
+# talk_to_device HOST...: the device is the command of the preset package.
+talk_to_device() {
+    LD_LIBRARY_PATH="$libraries" "$source/tests/install/use_tool.sh" "$work/package/bin/koine" "$@"
+}
+
+# use_examples PRESET: the installed examples as the project that they are.
+use_examples() {
+    rm -rf "$work/$1-examples"
+    cp -r "$work/$1/share/doc/koine/examples" "$work/$1-examples"
+    build "$work/$1-examples" "$work/$1-examples/build" -DCMAKE_PREFIX_PATH="$work/$1"
+    quietly talk_to_device "$work/$1-examples/build/"{smallest_host,two_streams,own_device_class,host_in_c}
+    echo "  $1: the examples"
+}
+
+# As docs/install.md says, to a place of its own, and used from there as it says.
+use_from_own_place() {
+    local place="$work/opt/koine"
+    rm -rf "$place"
+    quietly cmake --preset package -DCMAKE_INSTALL_PREFIX="$place"
+    quietly cmake --build --preset package
+    quietly cmake --install build/package
+    quietly "$source/tests/install/by_hand.sh" "$place"
+    # What other commands take from this folder is for /usr again.
+    quietly cmake --preset package
+    quietly cmake --build --preset package
+    echo "  a place of its own: compiled and run by hand"
+}
+
 # use_by_pkgconfig PRESET [--static]
 use_by_pkgconfig() {
     fresh_consumer "$1-by-pkgconfig"
@@ -79,10 +121,15 @@ echo "Installing and using Koine:"
 install_koine package
 use_by_cmake package
 use_by_pkgconfig package
+use_from_c package
+use_examples package
 quietly "$source/tests/install/use_tool.sh" "$work/package/bin/koine"
 echo "  package: the command"
 install_koine package-static
 use_by_cmake package-static
 use_by_pkgconfig package-static --static
+use_from_c package-static
+use_examples package-static
+use_from_own_place
 use_as_part default
 use_as_part external

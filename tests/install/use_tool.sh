@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# use_tool.sh KOINE [HOST]: the command, wherever it was installed, is a device and asks it what it is; then the
+# use_tool.sh KOINE [HOST...]: the command, wherever it was installed, is a device and asks it what it is; then each
 # program HOST talks to it.
 set -euo pipefail
 koine="$1"
+shift
 told="$(mktemp)"
 "$koine" simulate --model dome >"$told" &
 device=$!
@@ -16,7 +17,7 @@ done
 [[ -n "$url" ]] || { echo "$koine simulate does not say where it listens" >&2; exit 1; }
 "$koine" info "$url" | grep -q PROFILE-MAIN || { echo "$koine info does not show the profiles" >&2; exit 1; }
 echo "$koine simulates a device and asks it"
-if [[ -n "${2:-}" ]]; then
-    "$2" "$url" | grep -q '=' || { echo "$2 $url says nothing" >&2; exit 1; }
-    echo "$2 talks to it"
-fi
+for host in "$@"; do
+    "$host" "$url" | grep '=' >/dev/null || { echo "$host $url says nothing" >&2; exit 1; }
+    echo "$host talks to it"
+done
