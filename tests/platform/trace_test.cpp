@@ -1,6 +1,7 @@
 #include "platform/trace.h"
 
 #include "default_platform/host_settings.h"
+#include "tests/support/thread_time.h"
 
 #include <gtest/gtest.h>
 
@@ -146,6 +147,28 @@ INSTANTIATE_TEST_SUITE_P(NothingSecret, TraceMask,
                                          Masked{"://", "://"}, Masked{"http://", "http://"},
                                          Masked{"http://:", "http://:"}, Masked{"http://@", "http://@"},
                                          Masked{"=", "="}, Masked{":", ":"}));
+
+TEST_P(TraceMask, HidesThemBehindALongValueToo) {
+    const std::string before = std::string(3000, '=') + "://@://, &";
+    EXPECT_EQ(traced(before + GetParam().text), before + GetParam().shown);
+}
+
+/// What a device sent is in the lines: none of it may make one dear.
+class LongTraceLine : public testing::TestWithParam<const char*> {};
+
+TEST_P(LongTraceLine, IsLookedThroughOnce) {
+    const std::string_view piece = GetParam();
+    std::string text;
+    while (text.size() < std::size_t{1} << 20U)
+        text += piece;
+    const auto before = koine::test::threadProcessorTime();
+    EXPECT_LE(traced(text).size(), text.size());
+    EXPECT_LT(koine::test::threadProcessorTime() - before, std::chrono::seconds(5));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LongTraceLine,
+                         testing::Values("=", "://", "://a:x/", "token=", "password=&", "://:",
+                                         "session=://a:b@", ", ", "://a:b/, ", "password=a, ", "\n://"));
 
 TEST(Trace, SinkIsReplacedAndEnded) {
     Lines first;
