@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace koine::sim {
 
@@ -23,9 +24,10 @@ struct Counters {
 /// One request, as it was answered.
 struct LoggedRequest {
     std::string method;
-    std::string line;             ///< target without the leading "/"; cut when very long
-    unsigned int status = 0;      ///< HTTP status of the answer; 0 when none was sent
-    std::uint64_t connection = 0; ///< which connection it came on, counted from 1
+    std::string line;                ///< target without the leading "/"; cut when very long
+    unsigned int status = 0;         ///< HTTP status of the answer; 0 when none was sent
+    std::uint64_t connection = 0;    ///< which connection it came on, counted from 1
+    std::vector<std::string> faults; ///< words of the faults that the answer had
 };
 
 } // namespace koine::sim

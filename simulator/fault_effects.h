@@ -7,7 +7,9 @@
 #include "simulator/http_message.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace koine::sim {
 
@@ -16,11 +18,20 @@ class RequestFaults {
 public:
     RequestFaults(FaultList& faults, std::string_view target) : faults_(faults), target_(target) {}
 
-    std::optional<Fault> take(FaultKind kind) { return faults_.take(kind, target_); }
+    std::optional<Fault> take(FaultKind kind) {
+        auto fault = faults_.take(kind, target_);
+        if (fault)
+            taken_.emplace_back(faultName(kind));
+        return fault;
+    }
+
+    /// Words of those that were taken, in their order.
+    std::vector<std::string> taken() const { return taken_; }
 
 private:
     FaultList& faults_;
     std::string_view target_;
+    std::vector<std::string> taken_;
 };
 
 /// The answer that a fault gives instead of carrying out the request; nothing when the request is carried

@@ -2,9 +2,11 @@
 /// How a simulated device is set up.
 #pragma once
 
+#include "simulator/counters.h"
 #include "simulator/device_model.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -43,6 +45,10 @@ struct Options {
 
     /// "name=value"; sent with "Set-Cookie" to a client that does not send it back. Empty for none.
     std::string cookie;
+
+    /// Told of each request as it is answered, on the device's thread; must not throw. The line is as the
+    /// client sent it, whatever stands in it.
+    std::function<void(const LoggedRequest&)> onRequest;
 };
 
 } // namespace koine::sim

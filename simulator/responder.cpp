@@ -20,6 +20,7 @@ Responder::Responder(const Options& options, Dialect dialect, Authenticator& aut
                      Journal& journal)
     : cookie_(options.cookie),
       textRefusal_(options.textRefusal),
+      onRequest_(options.onRequest),
       dialect_(std::move(dialect)),
       authenticator_(authenticator),
       faults_(faults),
@@ -29,8 +30,11 @@ Reply Responder::reply(const HttpRequest& request) {
     const RequestTarget target = parseTarget(request.target, formOf(request));
     RequestFaults faults(faults_, target.line);
     Reply reply = answered(request, target, faults);
-    journal_.log({request.method, target.line, reply.silent ? 0 : reply.status, request.connection},
-                 target.cgi);
+    LoggedRequest logged{request.method, target.line, reply.silent ? 0 : reply.status, request.connection,
+                         faults.taken()};
+    if (onRequest_)
+        onRequest_(logged);
+    journal_.log(std::move(logged), target.cgi);
     return reply;
 }
 

@@ -8,6 +8,7 @@
 #include "simulator/http_message.h"
 #include "simulator/journal.h"
 
+#include <functional>
 #include <string>
 
 namespace koine::sim {
@@ -28,6 +29,7 @@ private:
 
     const std::string cookie_;
     const bool textRefusal_;
+    const std::function<void(const LoggedRequest&)> onRequest_;
     const Dialect dialect_;
     Authenticator& authenticator_;
     FaultList& faults_;

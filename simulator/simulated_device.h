@@ -63,7 +63,9 @@ public:
     /// Forgets counters and log.
     void resetCounters();
 
-    /// What the device holds under a key now; empty when it holds nothing. @param channel counted from 1
+    /// What the device holds under a key now; empty when it holds nothing.
+    /// @param key as in set lines, for example "Video.I0.Brightness"
+    /// @param channel counted from 1
     std::string value(std::string_view key, unsigned int channel = 1) const;
 
 private:

@@ -366,6 +366,7 @@ Several faults may be given.)");
         sub.add_option("--fault", command->faults, "something that goes wrong")
             ->type_name("FAULT")
             ->take_all();
+        sub.add_flag("-v,--verbose", command->verbose, "write each request to standard error as it comes");
         addJson(sub, command->json);
     }
 

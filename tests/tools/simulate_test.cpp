@@ -53,6 +53,30 @@ TEST(SimulateCommand, MisbehavesOnDemand) {
     EXPECT_EQ(runTool({"request", url, "PTZ.cgi?stop=1"}).exitCode, 0);
 }
 
+TEST(SimulateCommand, ShowsEachRequestWhenAsked) {
+    const TemporaryFile password(std::string(kPassword) + "\n");
+    RunningTool simulator({"simulate", "-v", "--auth", "basic", "--password-file", password.path(), "--fault",
+                           "status=503;path=PTZ", "--fault", "delay=1;path=PTZ"});
+    const std::string url = urlIn(simulator.readLine());
+    for (const char* line :
+         {"Login.cgi", "PTZ.cgi?stop=1", "Config.cgi?action=set&Account.Password=n3w-s3cret"})
+        runTool({"request", "-u", "admin", "--password-file", password.path(), url, line});
+    simulator.signal(SIGTERM);
+    const std::string shown = simulator.finish().err;
+    EXPECT_EQ(shown.rfind("GET Login.cgi, 401\n", 0), 0U) << shown;
+    EXPECT_TRUE(contains(shown, "\nGET Login.cgi, 200\n")) << shown;
+    EXPECT_TRUE(contains(shown, "\nGET PTZ.cgi?stop=1&Profile=0, 503, faults: status delay\n")) << shown;
+    EXPECT_TRUE(contains(shown, "Account.Password=*, ")) << shown;
+    EXPECT_FALSE(contains(shown, "s3cret")) << shown;
+}
+
+TEST(SimulateCommand, SaysNothingOfRequestsUnlessAsked) {
+    RunningTool simulator({"simulate"});
+    runTool({"request", urlIn(simulator.readLine()), "Login.cgi"});
+    simulator.signal(SIGTERM);
+    EXPECT_EQ(simulator.finish().err, "");
+}
+
 TEST(SimulateCommand, APortThatIsTakenIsToldAtOnce) {
     GuardedDome dome;
     const Outcome outcome = runTool({"simulate", "--port", std::to_string(dome.device().port())});

@@ -106,6 +106,7 @@ struct SimulateCommand {
     unsigned int nonceLifetime = 0;
     bool listModels = false;
     bool listFaults = false;
+    bool verbose = false;
     bool json = false;
     ExitCode run() const;
 };

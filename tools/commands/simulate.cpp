@@ -1,5 +1,7 @@
 // koine simulate: a simulated device until it is told to stop.
 
+#include "default_platform/host_settings.h"
+#include "platform/trace.h"
 #include "simulator/simulated_device.h"
 #include "text/numbers.h"
 #include "text/tokens.h"
@@ -111,6 +113,14 @@ std::string wantedPassword(const SimulateCommand& command) {
     throw Failure(ExitCode::usage, "--auth " + command.auth + " needs a password; give --password-file");
 }
 
+/// "GET Login.cgi, 200, faults: delay", as a trace: these have no passwords and no control characters.
+void showRequest(const sim::LoggedRequest& request) {
+    std::string outcome = request.status == 0 ? "no HTTP status" : std::to_string(request.status);
+    for (const std::string& fault : request.faults)
+        outcome.append(&fault == request.faults.data() ? ", faults: " : " ").append(fault);
+    dbg_trace("%s %s, %s", request.method.c_str(), request.line.c_str(), outcome.c_str());
+}
+
 void printCounters(const sim::Counters& counters) {
     const Style style(stdout);
     printLine();
@@ -145,6 +155,11 @@ ExitCode SimulateCommand::run() const {
         wanted.push_back(orUsage([&] { return sim::parseFault(fault); }));
     if (options.auth != sim::AuthKind::none)
         options.password = wantedPassword(*this);
+
+    if (verbose) {
+        traceToStandardError();
+        options.onRequest = showRequest;
+    }
 
     const StopSignals stop;
     const auto device = orUsage([&] { return std::make_unique<sim::SimulatedDevice>(options); });

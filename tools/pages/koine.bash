@@ -53,7 +53,7 @@ _koine() {
         dump) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
         diff) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
         survey) options='-h --help -j --jobs -u --user --password-file --timeout --ca-file --insecure --connections --vendor -v --verbose --trace --json' ;;
-        simulate) options='-h --help --model --models --list-models --list-faults --address --port --auth -u --user --password-file --nonce-lifetime --tls-certificate --tls-key --fault --json' ;;
+        simulate) options='-h --help --model --models --list-models --list-faults --address --port --auth -u --user --password-file --nonce-lifetime --tls-certificate --tls-key --fault -v --verbose --json' ;;
         demo) options='-h --help --delay --json' ;;
     esac
     if [[ $current == -* ]]; then

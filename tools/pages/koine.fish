@@ -142,6 +142,7 @@ complete -c koine -n '__fish_seen_subcommand_from simulate' -l nonce-lifetime -x
 complete -c koine -n '__fish_seen_subcommand_from simulate' -l tls-certificate -r -F -d 'PEM file of the certificate, for https'
 complete -c koine -n '__fish_seen_subcommand_from simulate' -l tls-key -r -F -d 'PEM file of its key'
 complete -c koine -n '__fish_seen_subcommand_from simulate' -l fault -x -d 'something that goes wrong'
+complete -c koine -n '__fish_seen_subcommand_from simulate' -s v -l verbose -d 'write each request to standard error as it comes'
 complete -c koine -n '__fish_seen_subcommand_from simulate' -l json -d 'write JSON'
 complete -c koine -n '__fish_seen_subcommand_from demo' -s h -l help -d 'show this help'
 complete -c koine -n '__fish_seen_subcommand_from demo' -l delay -x -d 'milliseconds that each answer takes (default 20)'
