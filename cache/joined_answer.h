@@ -54,10 +54,11 @@ private:
     static constexpr std::size_t kFirstCapacity = 4096;
     static constexpr std::size_t kRoomPerPart = 32; // the line end between parts and the final NUL fit
 
-    /// A large first part is not copied: it becomes the text.
+    /// A large first part is not copied: it becomes the text. Without memory for it nothing was created,
+    /// unless `create` was called.
     Outcome begin(OwnedText part, std::size_t length) {
         if (!resize(part))
-            return Outcome::notResized;
+            return text_ ? Outcome::notResized : Outcome::notCreated;
         text_ = std::move(part);
         length_ = length;
         hasParts_ = true;

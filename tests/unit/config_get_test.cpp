@@ -238,7 +238,7 @@ TEST_F(ConfigGet, WithoutMemoryForALargeFirstTextItStoresNothing) {
     EXPECT_TRUE(second.stop());
     EXPECT_EQ(result, -8);
     EXPECT_EQ(text, nullptr);
-    EXPECT_TRUE(tracesAre({"???#3361 BaseRequest::handleConfigGet: uid=7:5, err-8. \n"}));
+    EXPECT_TRUE(tracesAre({"???#3352 BaseRequest::handleConfigGet: uid=7:5, err-8. \n"}));
 }
 
 TEST_F(ConfigGet, WithoutMemoryItSaysWhereAndStoresNothing) {
