@@ -50,6 +50,8 @@ void EncodingCompletion::lookUp(ProfileKeys& keys, std::string_view encodings) {
     std::sort(byName_.begin(), byName_.end(),
               [](const Encoding* a, const Encoding* b) { return a->name < b->name; });
     for (Encoding* const encoding : byName_) {
+        if (media_.isExhausted())
+            return; // no pass will ask for the rest
         EncodingKeys ofEncoding(keys, encoding->name);
         for (unsigned key = 0; key < encoding->entries.size(); ++key)
             encoding->entries[key] = media_.look(ofEncoding.of(static_cast<EncodingKey>(key)));

@@ -53,12 +53,12 @@ public:
     /// Work that the map does not see: so many characters were read.
     void note(std::size_t characters) { handled_ += characters; }
 
-    /// Far more than any device needs was handled: sixteen profiles with three encodings of a dozen sizes
-    /// are some 100,000 characters.
+    /// More than any device needs was handled: sixteen profiles with three encodings of a dozen sizes are some
+    /// 100,000 characters. What is kept of them takes about twice as many bytes.
     bool isExhausted() const { return handled_ > kMostCharacters; }
 
 private:
-    static constexpr std::size_t kMostCharacters = std::size_t{256} * 1024 * 1024;
+    static constexpr std::size_t kMostCharacters = std::size_t{8} * 1024 * 1024;
 
     CgiMap& map_;
     NearbySearch<CgiMap> search_;

@@ -31,6 +31,9 @@ inline constexpr std::size_t kMostMemory = kBodyLimit + (std::size_t{1} << 20);
 /// What the caches of a device may take that claims more media profiles than any device has.
 inline constexpr std::size_t kMostCacheMemory = std::size_t{16} << 20;
 
+/// The same for lists of a megabyte.
+inline constexpr std::size_t kMostListMemory = std::size_t{32} << 20;
+
 /// Waiting costs next to nothing, and so does refusing what is too much. Sanitizers make everything dearer.
 std::chrono::milliseconds mostProcessorTime();
 

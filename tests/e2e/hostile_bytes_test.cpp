@@ -3,6 +3,7 @@
 #include "tests/e2e/cost.h"
 #include "tests/e2e/small_camera.h"
 
+#include "default_platform/host_settings.h"
 #include "text/words.h"
 
 #include <gtest/gtest.h>
@@ -143,6 +144,99 @@ TEST_P(HostileBytes, HarmNoKindOfRequest) {
         });
     for (std::thread& thread : threads)
         thread.join();
+}
+
+/// A text of `kBodyLimit` whose last value is a list of pieces, each made of its number.
+std::string longList(std::string text, const std::function<std::string(int)>& piece) {
+    for (int number = 0; text.size() < kBodyLimit - 20; ++number)
+        text += piece(number) + ",";
+    text.back() = '\n';
+    return text;
+}
+
+/// Short names, all different.
+std::string encodingName(int number) {
+    std::string name;
+    for (int digit = 0; digit < 4; ++digit, number /= 26)
+        name += static_cast<char>('a' + number % 26);
+    return name;
+}
+
+std::string sizeOf(int number) { return std::to_string(number % 4000) + "x" + std::to_string(number % 3000); }
+
+struct Lists {
+    const char* name;
+    std::string capability;
+    std::string media;
+};
+
+/// Lists of a megabyte which the library multiplies: by the keys of an encoding, by the number of profiles.
+const std::vector<Lists>& lists() {
+    static const std::string kFormat = "0\nOK\nDevice=IPCAM\nCapability.Video.Format=H264,H265,JPEG\n";
+    static const std::string kFirst = "0\nOK\nMedia.Profiles.Count=1\nMedia.Profiles.Profile1.";
+    static const std::string kMany = "0\nOK\nMedia.Profiles.Count=1024\n";
+    static const std::string kEncodings = "VideoEncoderConfiguration.EncodingList=";
+    static const std::string kSizes = "Capability.Video.Resolution.NxN=";
+    static const std::vector<Lists> all = {
+        {"encodings", kFormat + kSizes + "1x1\n", longList(kFirst + kEncodings, encodingName)},
+        {"encodings, shorter", kFormat + kSizes + "1x1\n",
+         longList(kFirst + kEncodings, encodingName).substr(0, 40'000) + "\n"},
+        {"sizes", longList(kFormat + kSizes, sizeOf), kMany},
+        {"sizes of one profile", kFormat,
+         longList(kFirst + "VideoEncoderConfiguration.H264.Resolution.NxN.List=", sizeOf)},
+        {"encodings and sizes", longList(kFormat + kSizes, sizeOf),
+         longList(kFirst + kEncodings, encodingName)},
+    };
+    return all;
+}
+
+TEST(HostileBytes, ListsMultiplyWithinTheStatedMemory) {
+    const Limits limits(kLongLimit);
+    for (const Lists& each : lists()) {
+        IllCamera camera(
+            [&](RawConnection& connection, const std::string& asked) {
+                return connection.send(
+                    contains(firstLine(asked), "Capability.cgi")   ? answerText("200 OK", each.capability)
+                    : contains(firstLine(asked), "category=Media") ? answerText("200 OK", each.media)
+                                                                   : smallCameraAnswer(asked));
+            },
+            "");
+        const auto object = camera.object();
+        const Cost cost =
+            costOf([&] { return request(*object, 1, "Config.cgi?action=get&category=Media.*"); });
+        EXPECT_EQ(cost.answer.result, 1) << each.name;
+        EXPECT_LE(cost.memory, kMostListMemory) << each.name;
+        EXPECT_LE(cost.processor.count(), 10 * mostProcessorTime().count()) << each.name;
+        RecordProperty(each.name, static_cast<int>(cost.memory >> 10U));
+    }
+}
+
+/// For as long as it lives somebody reads the trace lines.
+class TraceReader {
+public:
+    TraceReader() {
+        traceToCallback([](const char*, void*) {}, nullptr);
+    }
+    ~TraceReader() { traceToNowhere(); }
+    TraceReader(const TraceReader&) = delete;
+    TraceReader& operator=(const TraceReader&) = delete;
+};
+
+TEST(HostileBytes, TracedAreAsCheapAsOthers) {
+    const TraceReader reader;
+    const Limits limits(kLongLimit);
+    for (const char* const piece : {"=", "://", "password=&"}) {
+        std::string text =
+            "0\nOK\nMedia.Profiles.Count=1\nMedia.Profiles.Profile1.VideoEncoderConfiguration.token=";
+        while (text.size() < kBodyLimit - 20)
+            text += piece;
+        IllCamera camera(saying(answerText("200 OK", text + "\n")), "category=Media");
+        const auto object = camera.object();
+        for (const RequestKind& kind : kRequestKinds) {
+            const Cost cost = costOf([&] { return ask(*object, kind); });
+            EXPECT_LE(cost.processor.count(), 30 * mostProcessorTime().count()) << kind.name << " " << piece;
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, HostileBytes, testing::ValuesIn(misdeeds()));
