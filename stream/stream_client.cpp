@@ -27,6 +27,7 @@ StreamIDClient::StreamIDClient() { entry(streamSetup_, kDefaultQualityKey) = kDe
 StreamIDClient::~StreamIDClient() = default;
 
 boost::shared_ptr<IBase> StreamIDClient::get_ibase_stream() { return stream_.lock(); }
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts are linked against this signature
 void StreamIDClient::set_ibase_stream(boost::shared_ptr<IBase> stream) { stream_ = stream; }
 
 // ---- Texts

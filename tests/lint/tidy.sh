@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 folders=("$@")
-((${#folders[@]})) || folders=(request cache media stream default_platform devices simulator tools)
+((${#folders[@]})) || folders=(request cache media stream default_platform devices capi simulator tools)
 shopt -s nullglob globstar
 sources=()
 for folder in "${folders[@]}"; do
