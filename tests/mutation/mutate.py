@@ -32,7 +32,7 @@ from mutants import mutants_of  # noqa: E402
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
-CORE = ("request", "cache", "media", "stream")
+CORE = ("request", "cache", "media", "stream", "text")
 NOTICED_AT_LEAST = 0.90
 OF_EACH_KIND = 8
 VERDICTS = ("noticed", "hung", "survived", "explained", "invalid")

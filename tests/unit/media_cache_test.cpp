@@ -298,6 +298,24 @@ TEST_F(MediaCache, ADeviceWithoutTheFunctionHasNoProfilesAndThatIsFine) {
     EXPECT_EQ(request.sent.size(), 4U) << "it was not fetched, so the next call asks again";
 }
 
+TEST_F(MediaCache, ADeviceWithoutProfilesAnswersTheCountThatLookingForItLeft) {
+    StandardError said;
+    answers[kMediaLine] = {-14, "(none)"};
+    AnswerText unknown;
+    EXPECT_EQ(get(unknown.out(), 0, nullptr, "Media.*"), 1);
+    EXPECT_EQ(unknown.text(), kUnknown);
+
+    answers[kMediaLine] = {1, "0\nOK\n"};
+    for (int i = 0; i < 2; ++i) {
+        AnswerText answer;
+        EXPECT_EQ(get(answer.out(), 0, nullptr, "Media.*"), 1);
+        EXPECT_EQ(answer.text(), "0\nOK\nMedia.Profiles.Count=\n");
+    }
+    EXPECT_EQ(request.getProfileCount(), 0);
+    EXPECT_EQ(request.getMediaProfile(), 0);
+    EXPECT_EQ(request.sent.size(), 4U) << "an empty answer counts as fetched";
+}
+
 TEST_F(MediaCache, CapabilitiesThatTheDeviceLacksAreFineToo) {
     answers["Capability.cgi?action=get"] = {-14, "(none)"};
     EXPECT_EQ(get(), 1);
