@@ -124,10 +124,13 @@ Rows aheadRows(const Traffic& traffic, const Times& fast, const Times& slow) {
 Rows measureWire() {
     WireDevice near(sim::builtinModel(kModel));
     WireDevice far(sim::builtinModel(kModel), kRoundTripMilliseconds);
-    trafficOf(near, near.open()); // settles what the device is set to
+    // Settles what the devices are set to.
+    trafficOf(near, near.open());
+    trafficOf(far, far.open());
     const Traffic traffic = trafficOf(near, near.open(kOneByOne));
     const Traffic aheadTraffic = trafficOf(near, near.open());
     checkSame(traffic, trafficOf(near, near.open(kOneByOne)));
+    checkSame(traffic, trafficOf(far, far.open(kOneByOne)));
     const Times fast = measure(near, traffic.lines, 61);
     const Times slow = measure(far, traffic.lines, 15);
 
