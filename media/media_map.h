@@ -53,8 +53,8 @@ public:
     /// Work that the map does not see: so many characters were read.
     void note(std::size_t characters) { handled_ += characters; }
 
-    /// More than any device needs was handled: sixteen profiles with three encodings of a dozen sizes are some
-    /// 100,000 characters. What is kept of them takes about twice as many bytes.
+    /// More than any device needs was handled: sixteen profiles with three encodings of a dozen sizes are
+    /// some 100,000 characters. What is kept of them takes about twice as many bytes.
     bool isExhausted() const { return handled_ > kMostCharacters; }
 
 private:
