@@ -189,7 +189,9 @@ private:
             sim::parseFault("answer=0\\nOK\\nUnit=" + Unit::markOf(number) + "\\n;path=PTZ.cgi"));
     }
 
+    /// One fault at a time: two could make a broken answer look whole, as a cut body does without a length.
     void spoil(unsigned int number) {
+        heal(number);
         std::string text = kFaults[pick(std::size(kFaults))];
         const std::size_t other = (number + 1 + pick(devices_.size() - 1)) % devices_.size();
         text = replaced(std::move(text), "%M", Unit::markOf(number));
