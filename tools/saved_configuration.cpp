@@ -3,9 +3,7 @@
 #include "tools/saved_configuration.h"
 
 #include "tools/categories.h"
-
-#include <fstream>
-#include <iostream>
+#include "tools/named_input.h"
 
 namespace koine::tool {
 namespace {
@@ -46,13 +44,6 @@ Configuration readConfiguration(Connection& connection) {
     return configuration;
 }
 
-CgiMap readConfigurationFile(const std::string& path) {
-    if (path == "-")
-        return readStream(std::cin, "standard input");
-    std::ifstream file(path);
-    if (!file)
-        throw Failure(ExitCode::usage, path + ": cannot be read; check its name and permissions");
-    return readStream(file, path);
-}
+CgiMap readConfigurationFile(const std::string& path) { return readNamedInput(path, readStream); }
 
 } // namespace koine::tool

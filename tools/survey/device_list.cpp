@@ -4,9 +4,7 @@
 
 #include "devices/device_url.h"
 #include "tools/failure.h"
-
-#include <fstream>
-#include <iostream>
+#include "tools/named_input.h"
 
 namespace koine::tool {
 namespace {
@@ -44,13 +42,6 @@ std::vector<ListedDevice> readStream(std::istream& stream, const std::string& na
 
 } // namespace
 
-std::vector<ListedDevice> readDeviceList(const std::string& path) {
-    if (path == "-")
-        return readStream(std::cin, "standard input");
-    std::ifstream file(path);
-    if (!file)
-        throw Failure(ExitCode::usage, path + ": cannot be read; check its name and permissions");
-    return readStream(file, path);
-}
+std::vector<ListedDevice> readDeviceList(const std::string& path) { return readNamedInput(path, readStream); }
 
 } // namespace koine::tool
