@@ -58,6 +58,11 @@ void setRequestTimeLimit(unsigned int milliseconds) {
     });
 }
 
+unsigned int requestTimeLimit() {
+    const std::lock_guard<std::mutex> guard(platform::shared().mutex);
+    return platform::shared().settings.requestMilliseconds;
+}
+
 void setConnectTimeLimit(unsigned int milliseconds) {
     platform::change([=](Settings& settings) {
         settings.connectMilliseconds = milliseconds != 0 ? milliseconds : Settings().connectMilliseconds;

@@ -41,6 +41,9 @@ KOINE_EXPORT void traceToCallback(TraceCallback callback, void* context);
 /// that have none of their own (`IHttpClient::SetTimeout`). 0 restores the default, 30,000.
 KOINE_EXPORT void setRequestTimeLimit(unsigned int milliseconds);
 
+/// The limit that holds now, in milliseconds.
+KOINE_EXPORT unsigned int requestTimeLimit();
+
 /// Time limit for resolving the name and connecting, TLS included, in milliseconds. 0 restores the default,
 /// 10,000. The limit of the whole request holds all the same.
 KOINE_EXPORT void setConnectTimeLimit(unsigned int milliseconds);

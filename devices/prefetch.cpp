@@ -6,22 +6,33 @@
 
 #include <algorithm>
 #include <exception>
-#include <new>
 #include <utility>
 
 #include <pthread.h>
 #include <signal.h>
 
 namespace koine {
+
+/// Our own support library has it; another one need not.
+[[gnu::weak]] unsigned int requestTimeLimit();
+
 namespace {
 
 constexpr int kClientGet = 0;
 constexpr int kKeepConnection = 0;
+constexpr int kAborted = -7; // what HTTP clients say then
 constexpr const char* kCookieHeader = "SET-COOKIE";
 
 /// An answer that is on its way is waited for as long as twice the slowest one took, but at least so long.
 /// A device that serves one connection at a time would keep the second one waiting for ever.
 constexpr std::chrono::milliseconds kLeastPatience{1000};
+
+/// What is not there by then is asked for anew, with the whole time limit of a request. Both together are to
+/// stay close to that limit, so waiting may cost a twentieth of it.
+constexpr unsigned int kPatienceInLimit = 20;
+
+/// Of a support library that does not tell, as the customary one.
+constexpr unsigned int kUsualTimeLimit = 30'000;
 
 constexpr std::chrono::milliseconds kAbortAgain{2};
 
@@ -49,12 +60,17 @@ private:
     bool isBlocked_ = false;
 };
 
+unsigned int timeLimitOfClients() {
+    return requestTimeLimit != nullptr ? requestTimeLimit() : kUsualTimeLimit;
+}
+
 } // namespace
 
 Prefetch::Prefetch(PrefetchPlan plan)
     : username_(std::move(plan.username)),
       password_(std::move(plan.password)),
-      connections_(plan.connections) {
+      connections_(plan.connections),
+      timeLimit_(plan.timeLimit) {
     items_.reserve(plan.urls.size());
     for (std::string& url : plan.urls)
         items_.emplace_back(std::move(url));
@@ -96,6 +112,8 @@ bool Prefetch::addHelper() {
     helper->client.reset(CreateIHttpClient());
     if (!helper->client)
         return false;
+    if (timeLimit_ != 0)
+        helper->client->SetTimeout(timeLimit_);
     const std::lock_guard<std::mutex> guard(mutex_);
     const SignalsBlocked blocked;
     helper->thread = std::thread([this, &own = *helper] { work(own); });
@@ -135,8 +153,8 @@ ClientAnswer Prefetch::ask(IHttpClient& client, const Item& item) const noexcept
         answer.status = client.GetStatus();
         if (const char* const cookie = client.GetHeader(kCookieHeader))
             answer.cookie.emplace(cookie);
-    } catch (const std::bad_alloc&) {
-        answer.result = kNoResource;
+    } catch (const std::exception&) {
+        answer.result = kNoResource; // whatever it was, the library asks again itself
     }
     return answer;
 }
@@ -162,7 +180,12 @@ std::optional<ClientAnswer> Prefetch::take(std::string_view url, std::string_vie
     });
     if (item == items_.end())
         return std::nullopt;
-    if (!comesInTime(*item, lock)) {
+    const bool isInTime = comesInTime(*item, lock);
+    if (std::exchange(isAborted_, false)) {
+        item->state = Item::State::done;
+        return ClientAnswer{kAborted, 0, std::nullopt, std::nullopt};
+    }
+    if (!isInTime) {
         isStopping_ = true;
         abortRequests();
     }
@@ -176,8 +199,22 @@ std::optional<ClientAnswer> Prefetch::take(std::string_view url, std::string_vie
 
 /// False when an answer was waited for in vain.
 bool Prefetch::comesInTime(const Item& item, std::unique_lock<std::mutex>& lock) {
-    const auto patience = std::max<Clock::duration>(kLeastPatience, 2 * slowest_);
-    return changed_.wait_until(lock, item.begun + patience, [&] { return item.state != Item::State::asked; });
+    const std::chrono::milliseconds timeLimit{timeLimit_ != 0 ? timeLimit_ : timeLimitOfClients()};
+    const auto patience = std::min<Clock::duration>(std::max<Clock::duration>(kLeastPatience, 2 * slowest_),
+                                                    timeLimit / kPatienceInLimit);
+    isAwaited_ = true;
+    const bool isInTime = changed_.wait_until(lock, item.begun + patience,
+                                              [&] { return item.state != Item::State::asked || isAborted_; });
+    isAwaited_ = false;
+    return isInTime;
+}
+
+void Prefetch::abort() {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    isStopping_ = true;
+    isAborted_ = isAwaited_;
+    abortRequests();
+    changed_.notify_all();
 }
 
 void Prefetch::abortRequests() {

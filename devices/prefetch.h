@@ -23,6 +23,7 @@ struct PrefetchPlan {
     std::string username;
     std::string password;
     unsigned int connections = 1; ///< besides the one that the library uses itself
+    unsigned int timeLimit = 0;   ///< of a request in milliseconds; 0 is the HTTP clients' own
 };
 
 /// What an HTTP client said to a request.
@@ -54,6 +55,9 @@ public:
     /// itself: then no helper will.
     std::optional<ClientAnswer> take(std::string_view url, std::string_view username,
                                      std::string_view password);
+
+    /// Ends the asking ahead, and whoever waits in `take` gets the result of an aborted request. Any thread.
+    void abort();
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -91,6 +95,7 @@ private:
     const std::string username_;
     const std::string password_;
     const unsigned int connections_;
+    const unsigned int timeLimit_;
     bool isStarted_ = false;
 
     std::mutex mutex_; // for all below
@@ -98,6 +103,8 @@ private:
     std::vector<Item> items_;
     std::vector<std::unique_ptr<Helper>> helpers_;
     Clock::duration slowest_{};
+    bool isAwaited_ = false; // somebody waits for an answer
+    bool isAborted_ = false; // while somebody did
     bool isStopping_ = false;
 };
 

@@ -16,9 +16,32 @@ constexpr std::string_view kCookieHeader = "SET-COOKIE";
 } // namespace
 
 void PrefetchingClient::begin(PrefetchPlan plan, Begin when) {
-    fill_.emplace(std::move(plan));
+    plan.timeLimit = timeLimit_;
+    auto fill = std::make_unique<Prefetch>(std::move(plan));
+    {
+        const std::lock_guard<std::mutex> guard(abortMutex_);
+        fill_ = std::move(fill);
+    }
     if (when == Begin::atOnce)
         fill_->start();
+}
+
+void PrefetchingClient::end() noexcept {
+    std::unique_ptr<Prefetch> ended; // its helpers end without the mutex
+    const std::lock_guard<std::mutex> guard(abortMutex_);
+    ended.swap(fill_);
+}
+
+void PrefetchingClient::SetTimeout(unsigned int milliseconds) {
+    timeLimit_ = milliseconds;
+    own_.SetTimeout(milliseconds);
+}
+
+void PrefetchingClient::Abort() {
+    own_.Abort();
+    const std::lock_guard<std::mutex> guard(abortMutex_);
+    if (fill_)
+        fill_->abort();
 }
 
 int PrefetchingClient::Request(const char* url, const char* headers, const char* contentType,

@@ -7,6 +7,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <optional>
 
 namespace koine {
@@ -27,8 +29,8 @@ public:
     /// A fill begins. @throws std::bad_alloc
     void begin(PrefetchPlan plan, Begin when);
     /// It is over: what was not used is forgotten.
-    void end() noexcept { fill_.reset(); }
-    bool isFilling() const noexcept { return fill_.has_value(); }
+    void end() noexcept;
+    bool isFilling() const noexcept { return fill_ != nullptr; }
 
     /// How many requests were answered from what came ahead. Any thread.
     std::uint64_t served() const noexcept { return served_.load(std::memory_order_relaxed); }
@@ -37,10 +39,12 @@ public:
     int Request(const char* url, const char* headers, const char* contentType, const void* content,
                 unsigned int contentLength, const char* username, const char* password, char** body,
                 unsigned int* bodyLength, int method, int connection) override;
-    void SetTimeout(unsigned int milliseconds) override { own_.SetTimeout(milliseconds); }
+    /// Counts for the helpers of the fills that begin later too.
+    void SetTimeout(unsigned int milliseconds) override;
     int GetStatus() override { return answer_ ? answer_->status : own_.GetStatus(); }
     const char* GetHeader(const char* name) override;
-    void Abort() override { own_.Abort(); }
+    void Abort() override;
+    /// The helpers close their connections themselves, at the end of the fill.
     void Close() override { own_.Close(); }
     void SetUid(unsigned int uid) override { own_.SetUid(uid); }
 
@@ -50,7 +54,9 @@ private:
     int handOut(char** body, unsigned int* bodyLength);
 
     IHttpClient& own_;
-    std::optional<Prefetch> fill_;
+    std::mutex abortMutex_;              ///< held while `fill_` changes or is aborted
+    std::unique_ptr<Prefetch> fill_;     ///< set and reset by the thread that fills
+    unsigned int timeLimit_ = 0;         ///< in milliseconds; 0 is the default
     std::optional<ClientAnswer> answer_; ///< the last one, if it came ahead
     std::atomic<std::uint64_t> served_{0};
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <stdexcept>
 
 namespace koine::test {
 namespace {
@@ -29,15 +30,15 @@ public:
                 int connection) override {
         if (g_device == nullptr)
             return -3;
-        reply_ =
-            g_device->take({url, orEmpty(username), orEmpty(password), method, connection, number_, uid_});
+        reply_ = g_device->take(
+            {url, orEmpty(username), orEmpty(password), method, connection, number_, uid_, timeLimit_});
         if (!reply_.text.empty()) {
             *body = reply_.text.data();
             *bodyLength = static_cast<unsigned int>(reply_.text.size());
         }
         return reply_.result;
     }
-    void SetTimeout(unsigned int /*milliseconds*/) override {}
+    void SetTimeout(unsigned int milliseconds) override { timeLimit_ = milliseconds; }
     int GetStatus() override { return reply_.result == 1 ? 200 : 404; }
     const char* GetHeader(const char* /*name*/) override {
         return reply_.cookie.empty() ? nullptr : reply_.cookie.c_str();
@@ -51,6 +52,7 @@ private:
 
     int number_;
     std::optional<unsigned int> uid_;
+    std::optional<unsigned int> timeLimit_;
     ScriptedReply reply_;
 };
 
@@ -74,6 +76,11 @@ void ScriptedDevice::fails(const std::string& part, int result) {
 void ScriptedDevice::failsOn(int client, const std::string& part, int result) {
     const std::lock_guard guard(mutex_);
     failures_[{client, part}] = result;
+}
+
+void ScriptedDevice::throwsAt(const std::string& part) {
+    const std::lock_guard guard(mutex_);
+    throwing_.insert(part);
 }
 
 void ScriptedDevice::makesClients(int most) {
@@ -166,6 +173,9 @@ ScriptedReply ScriptedDevice::take(const SentRequest& request) {
     changed_.wait_for(lock, kForEver,
                       [&] { return !isHeld(request.url) || aborts_.count(request.client) != 0; });
     running_.erase(request.client);
+    for (const std::string& part : throwing_)
+        if (has(request.url, part))
+            throw std::length_error("a client's own");
     if (aborts_.erase(request.client) != 0) {
         ++aborted_;
         return {-7, "", ""};

@@ -18,8 +18,9 @@ struct SentRequest {
     std::string password;
     int method = 0;
     int connection = 0;
-    int client = 0;                  ///< which one sent it, counted from 1
-    std::optional<unsigned int> uid; ///< nothing when the client was never given one
+    int client = 0;                                       ///< which one sent it, counted from 1
+    std::optional<unsigned int> uid;                      ///< nothing when the client was never given one
+    std::optional<unsigned int> timeLimit = std::nullopt; ///< likewise
 };
 
 /// What a client says to a request.
@@ -44,6 +45,8 @@ public:
     void fails(const std::string& part, int result);
     /// The same for one client only, before all other answers.
     void failsOn(int client, const std::string& part, int result);
+    /// A request that ends in an exception.
+    void throwsAt(const std::string& part);
     /// It has no more clients to make than these; no limit unless called.
     void makesClients(int most);
 
@@ -83,6 +86,7 @@ private:
     std::map<std::pair<int, std::string>, int> failures_;
     std::vector<SentRequest> sent_;
     std::set<std::string> held_;
+    std::set<std::string> throwing_;
     std::set<int> running_;
     std::set<int> aborts_;
     std::set<int> introduced_;

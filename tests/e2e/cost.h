@@ -51,9 +51,15 @@ private:
     std::chrono::milliseconds time_;
 };
 
-/// Compares a cost with the limits, time with a tenth above; `what` stands in the complaint. A line that
-/// makes several requests of the device has the time of each.
+/// The requests that a line made of the device.
+struct Requests {
+    std::uint64_t sent = 0;
+    std::uint64_t failed = 0;
+};
+
+/// Compares a cost with the limits; `what` stands in the complaint. Each request that failed may have taken
+/// the time limit and a tenth, each that was answered a tenth.
 void expectCheap(const Cost& cost, const std::string& what, std::chrono::milliseconds limit,
-                 std::uint64_t requests, std::size_t mostMemory = kMostMemory);
+                 const Requests& requests, std::size_t mostMemory = kMostMemory);
 
 } // namespace koine::test

@@ -132,7 +132,8 @@ TEST_P(HostileBytes, HarmNoKindOfRequest) {
             IllCamera camera(misdeed.behaviour, "");
             const auto object = camera.object();
             const Cost cost = costOf([&] { return ask(*object, kind); });
-            expectCheap(cost, kind.name, limits.time(), object->requestsSent(), misdeed.mostMemory);
+            expectCheap(cost, kind.name, limits.time(), {object->requestsSent(), object->requestsFailed()},
+                        misdeed.mostMemory);
             EXPECT_TRUE(isStated(cost.answer)) << kind.name << ": " << cost.answer.text;
             if (misdeed.result != kAny) {
                 EXPECT_EQ(cost.answer.result, misdeed.result) << kind.name;

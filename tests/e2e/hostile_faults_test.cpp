@@ -104,7 +104,7 @@ public:
     void expectEndsWell(milliseconds limit) {
         rig_.misbehave(text_);
         const Cost cost = costOf([&] { return ask(rig_.device(), kind_); });
-        expectCheap(cost, what_, limit, rig_.device().requestsSent(),
+        expectCheap(cost, what_, limit, {rig_.device().requestsSent(), rig_.device().requestsFailed()},
                     contains(text_, "Profiles.Count") ? kMostCacheMemory : kMostMemory);
         EXPECT_TRUE(isStated(cost.answer)) << what_ << ": " << cost.answer.result << cost.answer.text;
         if (fault_.result != kDependsOnTheKind) {
