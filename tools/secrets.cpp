@@ -2,6 +2,7 @@
 
 #include "tools/secrets.h"
 
+#include "default_platform/trace_line.h"
 #include "tools/failure.h"
 
 #include <csignal>
@@ -42,6 +43,13 @@ void takeOut(char* argument, Span password) {
     const std::size_t rest = password.begin + password.length;
     std::memmove(argument + password.begin, argument + rest, length - rest);
     std::memset(argument + length - password.length, 0, password.length);
+}
+
+/// What traces may not show, messages and the list of processes may not either.
+void hideSecrets(char* argument) {
+    const std::size_t length = std::strlen(argument);
+    const std::size_t shown = platform::tidyTraceLine(argument, length);
+    std::memset(argument + shown, 0, length - shown);
 }
 
 volatile std::sig_atomic_t g_interrupted = 0;
@@ -99,12 +107,18 @@ Arguments::Arguments(int argc, char** argv) {
             complete_.emplace(argv[i], complete);
         }
         texts_.emplace_back(argv[i]);
+        hideSecrets(argv[i]);
     }
 }
 
 std::string Arguments::withPassword(const std::string& url) const {
     const auto found = complete_.find(url);
     return found == complete_.end() ? url : found->second;
+}
+
+std::string withoutSecrets(std::string line) {
+    line.resize(platform::tidyTraceLine(line.data(), line.size()));
+    return line;
 }
 
 std::string readPasswordFile(const std::string& path) {

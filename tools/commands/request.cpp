@@ -2,6 +2,7 @@
 
 #include "tools/commands/commands.h"
 #include "tools/json.h"
+#include "tools/secrets.h"
 #include "tools/terminal.h"
 
 #include <chrono>
@@ -37,7 +38,7 @@ Json asJson(const Exchange& made) {
     for (const auto& [key, value] : made.answer.values())
         values.set(key, value);
     Json json = Json::object();
-    json.set("line", made.line);
+    json.set("line", withoutSecrets(made.line));
     json.set("result", Json::number(made.answer.result));
     json.set("status", Json::number(made.answer.status()));
     json.set("answered", Json::boolean(made.meaning.code == ExitCode::answered));
@@ -51,7 +52,7 @@ Json asJson(const Exchange& made) {
 
 void show(const Exchange& made, const Style& style, bool withHead) {
     if (withHead)
-        printLine(style.paint(Tint::bold, "> " + harmless(made.line)));
+        printLine(style.paint(Tint::bold, "> " + harmless(withoutSecrets(made.line))));
     // A program that reads the answer gets it byte for byte.
     print(style.isTerminal() ? harmless(made.answer.text) : made.answer.text);
     if (made.answer.text.empty() || made.answer.text.back() != '\n')
@@ -76,7 +77,8 @@ ExitCode RequestCommand::run(const Arguments& arguments) const {
             show(made, style, lines.size() > 1);
         if (made.meaning.code == ExitCode::answered)
             continue;
-        const Failure failed = connection.failure(made.answer.result, made.answer.status(), line);
+        const Failure failed =
+            connection.failure(made.answer.result, made.answer.status(), withoutSecrets(line));
         std::fprintf(stderr, "koine: %s\n", harmless(failed.what()).c_str());
         if (outcome == ExitCode::answered)
             outcome = made.meaning.code;

@@ -5,6 +5,7 @@
 #include "tools/categories.h"
 #include "tools/commands/commands.h"
 #include "tools/json.h"
+#include "tools/secrets.h"
 #include "tools/terminal.h"
 
 #include <algorithm>
@@ -23,7 +24,8 @@ Setting parse(const std::string& text) {
     const std::string key = text.substr(0, equals);
     if (equals == std::string::npos || key.empty() || lineValue(key) != key ||
         key.find('?') != std::string::npos)
-        throw Failure(ExitCode::usage, "no setting: " + text + "; write it like Video.I0.Brightness=50");
+        throw Failure(ExitCode::usage,
+                      "no setting: " + withoutSecrets(text) + "; write it like Video.I0.Brightness=50");
     return {key, text.substr(equals + 1)};
 }
 
