@@ -8,7 +8,6 @@
 #include <boost/make_shared.hpp>
 
 #include <array>
-#include <vector>
 
 namespace koine::bench {
 namespace {
@@ -37,6 +36,7 @@ constexpr std::array<Dimension, 4> kDimensions = {{
 struct Stage {
     std::shared_ptr<const DeviceTexts> texts;
     boost::shared_ptr<MemoryDevice> device;
+    unsigned int users;
     unsigned int uid; ///< the user that asks
 };
 
@@ -50,12 +50,13 @@ Stage makeStage(const Dimension& dimension, int factor) {
     else if (dimension.member != kUsers)
         shape.*dimension.member = amount;
 
-    Stage stage{deviceTexts(shape), nullptr, kUid};
+    Stage stage{deviceTexts(shape), nullptr, 1, kUid};
     stage.device = boost::make_shared<MemoryDevice>(stage.texts);
-    const unsigned int users = dimension.member == kUsers ? static_cast<unsigned int>(amount) : 1;
-    for (unsigned int uid = 1; uid <= users; ++uid)
+    if (dimension.member == kUsers)
+        stage.users = static_cast<unsigned int>(amount);
+    for (unsigned int uid = 1; uid <= stage.users; ++uid)
         startStream(*stage.device, uid);
-    stage.uid = users / 2 + 1;
+    stage.uid = stage.users / 2 + 1;
     return stage;
 }
 
@@ -79,10 +80,12 @@ constexpr const char* kSetMedia =
     "Config.cgi?action=set&Media.Profiles.Profile1.VideoEncoderConfiguration.GovLength=25";
 constexpr const char* kPassedOn = "PTZ.cgi?action=set&PanTilt.Move=LEFT";
 
+/// Of each user, on a device that nobody has asked before.
 void firstStream(const Stage& stage) {
     const auto device = boost::make_shared<MemoryDevice>(stage.texts);
-    for (const char* line : {kStreamSetup, kStreamGet, kGetUri})
-        send(*device, line, stage.uid);
+    for (unsigned int uid = 1; uid <= stage.users; ++uid)
+        for (const char* line : {kStreamSetup, kStreamGet, kGetUri})
+            send(*device, line, uid);
 }
 
 void parse(const Stage& stage) {
@@ -94,7 +97,7 @@ void loginAsMap(const Stage& stage) {
     stage.device->requestHttpData(stage.uid, const_cast<char*>(kLogin), nullptr, nullptr);
 }
 
-constexpr std::array<Operation, 13> kOperations = {{
+constexpr std::array<Operation, 14> kOperations = {{
     {"Login.cgi", sendLine<kLogin>},
     {"Capability.cgi get", sendLine<kCapability>},
     {"Config.cgi get Video.*", sendLine<kVideo>},
@@ -108,25 +111,17 @@ constexpr std::array<Operation, 13> kOperations = {{
     {"a line passed on", sendLine<kPassedOn>},
     {"Login.cgi as a map", loginAsMap},
     {"parsing an answer", parse},
+    {"first stream", firstStream},
 }};
-
-constexpr Operation kFirstStream = {"first stream", firstStream};
 
 std::string nameOf(const Operation& operation, const Dimension& dimension, int factor) {
     return std::string(operation.name) + ", " + std::to_string(dimension.least * factor) + " " +
            dimension.name;
 }
 
-std::vector<Operation> operationsOn(const Dimension& dimension) {
-    std::vector<Operation> all(kOperations.begin(), kOperations.end());
-    if (dimension.member != kUsers)
-        all.push_back(kFirstStream); // it has one user
-    return all;
-}
-
 void add(Timings& timings, const Dimension& dimension, int factor) {
     const auto stage = std::make_shared<Stage>(makeStage(dimension, factor));
-    for (const Operation& operation : operationsOn(dimension))
+    for (const Operation& operation : kOperations)
         timings.add(nameOf(operation, dimension, factor), [operation, stage] { operation.run(*stage); });
 }
 
@@ -148,7 +143,7 @@ Rows measureGrowth() {
         for (const int factor : {1, kFactors[0], kFactors[1]})
             add(timings, dimension, factor);
         timings.measure();
-        for (const Operation& operation : operationsOn(dimension))
+        for (const Operation& operation : kOperations)
             report(rows, timings, dimension, operation);
     }
     return rows;
