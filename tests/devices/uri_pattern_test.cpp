@@ -18,7 +18,7 @@ UriValues everything() {
     return values;
 }
 
-std::string errorOf(const std::string& pattern) {
+std::string patternErrorOf(const std::string& pattern) {
     try {
         UriPattern{pattern};
     } catch (const UriPatternError& error) {
@@ -65,16 +65,18 @@ TEST(UriPatternTest, ABackslashTakesTheNextCharacterAsItIs) {
 }
 
 TEST(UriPatternTest, WhatIsWrongIsToldWithItsPlace) {
-    EXPECT_NE(errorOf("rtsp://{host}").find("unknown placeholder {host} at character 8"), std::string::npos)
-        << errorOf("rtsp://{host}");
-    EXPECT_NE(errorOf("{host}").find("rtsp_port"), std::string::npos); // the known ones are listed
-    EXPECT_NE(errorOf("ab{token").find("'{' without its '}' at character 3"), std::string::npos);
-    EXPECT_NE(errorOf("ab[c").find("'[' without its ']' at character 3"), std::string::npos);
-    EXPECT_NE(errorOf("ab]").find("']' without its beginning at character 3"), std::string::npos);
-    EXPECT_NE(errorOf("}").find("'}' without its beginning at character 1"), std::string::npos);
-    EXPECT_NE(errorOf("a\\").find("backslash with nothing after it at character 2"), std::string::npos);
-    EXPECT_NE(errorOf(std::string(20000, '[')).find("nested too deeply"), std::string::npos);
-    EXPECT_EQ(errorOf(""), "no error");
+    EXPECT_NE(patternErrorOf("rtsp://{host}").find("unknown placeholder {host} at character 8"),
+              std::string::npos)
+        << patternErrorOf("rtsp://{host}");
+    EXPECT_NE(patternErrorOf("{host}").find("rtsp_port"), std::string::npos); // the known ones are listed
+    EXPECT_NE(patternErrorOf("ab{token").find("'{' without its '}' at character 3"), std::string::npos);
+    EXPECT_NE(patternErrorOf("ab[c").find("'[' without its ']' at character 3"), std::string::npos);
+    EXPECT_NE(patternErrorOf("ab]").find("']' without its beginning at character 3"), std::string::npos);
+    EXPECT_NE(patternErrorOf("}").find("'}' without its beginning at character 1"), std::string::npos);
+    EXPECT_NE(patternErrorOf("a\\").find("backslash with nothing after it at character 2"),
+              std::string::npos);
+    EXPECT_NE(patternErrorOf(std::string(20000, '[')).find("nested too deeply"), std::string::npos);
+    EXPECT_EQ(patternErrorOf(""), "no error");
 }
 
 } // namespace

@@ -20,6 +20,9 @@ inline constexpr const char* kDone = "0\nOK\n";
 inline constexpr const char* kUnknownParameter = "-11\nERROR: Unknown parameter.\n";
 inline constexpr const char* kAuthenticationError = "-35\nERROR: Authentication error.\n";
 inline constexpr const char* kConfigSet = "Config.cgi?action=set";
+inline constexpr const char* kStart =
+    "Stream.cgi?action=set&StreamSetup.Stream=RTP-Unicast&StreamSetup.Transport.Protocol=TCP&ProfileMode=AUTO"
+    "&StreamSetup.VideoEncoderConfiguration.RateControl.BitrateLimit=1000";
 
 class Bench {
 public:

@@ -11,9 +11,6 @@
 namespace koine::test {
 namespace {
 
-constexpr const char* kStart =
-    "Stream.cgi?action=set&StreamSetup.Stream=RTP-Unicast&StreamSetup.Transport.Protocol=TCP&ProfileMode=AUTO"
-    "&StreamSetup.VideoEncoderConfiguration.RateControl.BitrateLimit=1000";
 constexpr const char* kBitrateKey =
     "Media.Profiles.Profile1.VideoEncoderConfiguration.RateControl.BitrateLimit";
 

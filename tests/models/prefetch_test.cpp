@@ -10,10 +10,6 @@
 namespace koine::test {
 namespace {
 
-constexpr const char* kStart =
-    "Stream.cgi?action=set&StreamSetup.Stream=RTP-Unicast&StreamSetup.Transport.Protocol=TCP&ProfileMode=AUTO"
-    "&StreamSetup.VideoEncoderConfiguration.RateControl.BitrateLimit=1000";
-
 const std::vector<const char*>& hostLines() {
     static const std::vector<const char*> lines = {kStart,
                                                    "Stream.cgi?action=get",

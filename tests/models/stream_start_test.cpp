@@ -7,7 +7,7 @@
 namespace koine::test {
 namespace {
 
-constexpr const char* kStart =
+constexpr const char* kSetUp =
     "Stream.cgi?action=set&StreamSetup.Stream=RTP-Unicast&StreamSetup.Transport.Protocol=TCP";
 constexpr const char* kSettings = "&StreamSetup.VideoEncoderConfiguration.RateControl.FrameRateLimit=60"
                                   "&StreamSetup.VideoEncoderConfiguration.Quality=5"
@@ -83,7 +83,7 @@ protected:
     const Expected& expected() const { return kExpected.at(model()); }
 
     static std::string startLine(const std::string& items, const std::string& size = "1280x720") {
-        return kStart + items + kSettings + "&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=" + size;
+        return kSetUp + items + kSettings + "&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=" + size;
     }
 
     /// What the caches ask for again once they are filled.
@@ -232,7 +232,7 @@ INSTANTIATE_TEST_SUITE_P(Models, StreamStart, testing::ValuesIn(sim::modelNames(
 TEST(StreamStartOnARecorder, asksForLoginCapabilitiesAndProfilesOnly) {
     Bench bench("recorder");
     bench.request().setIsTovlinNVRDevice(1);
-    EXPECT_TRUE(bench.ask(std::string(kStart) + "&ProfileMode=AUTO&StreamSetup.Live.Channel=7").ok());
+    EXPECT_TRUE(bench.ask(std::string(kSetUp) + "&ProfileMode=AUTO&StreamSetup.Live.Channel=7").ok());
     EXPECT_EQ(bench.takeLines(),
               (Lines{"Login.cgi", "Capability.cgi?action=get", getLine("Media.*") + "&ch=7"}));
     EXPECT_STREQ(bench.request().profile_token(1), "CH07-MAIN");

@@ -17,66 +17,65 @@ std::string built(const char* address, unsigned int port, std::string line) {
     return url ? url.get() : "(null)";
 }
 
-struct Case {
+struct UrlCase {
     const char* address;
     unsigned int port;
     const char* line;
     const char* url;
 };
 
-class DeviceUrl : public testing::TestWithParam<Case> {};
+class DeviceUrl : public testing::TestWithParam<UrlCase> {};
 
 TEST_P(DeviceUrl, AddressesTheLine) {
     EXPECT_EQ(built(GetParam().address, GetParam().port, GetParam().line), GetParam().url);
 }
 
-INSTANTIATE_TEST_SUITE_P(Built, DeviceUrl,
-                         testing::Values(Case{"cam", 80, "Login.cgi", "http://cam:80/Login.cgi"},
-                                         Case{"10.0.0.9", 8080, "Config.cgi?action=get&category=Video.*",
-                                              "http://10.0.0.9:8080/Config.cgi?action=get&category=Video.*"},
-                                         Case{"cam", 443, "Login.cgi", "https://cam:443/Login.cgi"},
-                                         Case{"https://cam", 80, "Login.cgi", "https://cam:80/Login.cgi"},
-                                         Case{"HTTPS://cam", 8443, "x", "https://cam:8443/x"},
-                                         Case{"http://cam", 81, "x", "http://cam:81/x"},
-                                         Case{"http://cam", 443, "x", "https://cam:443/x"},
-                                         Case{"https://cam/", 444, "/x", "https://cam:444/x"},
-                                         Case{"cam//", 80, "//x", "http://cam:80/x"},
-                                         Case{"cam", 80, "", "http://cam:80/"},
-                                         Case{"cam", 80, "?a=b", "http://cam:80/?a=b"},
-                                         Case{"::1", 80, "x", "http://[::1]:80/x"},
-                                         Case{"[::1]", 80, "x", "http://[::1]:80/x"},
-                                         Case{"https://[fe80::1]", 80, "x", "https://[fe80::1]:80/x"},
-                                         Case{"fe80::1%eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
-                                         Case{"fe80::1%25eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
-                                         Case{"::ffff:1.2.3.4", 1, "x", "http://[::ffff:1.2.3.4]:1/x"},
-                                         Case{"cam", 65535, "x", "http://cam:65535/x"},
-                                         Case{"cam", 80, "%s%n a\nb", "http://cam:80/%s%n a\nb"}));
+INSTANTIATE_TEST_SUITE_P(
+    Built, DeviceUrl,
+    testing::Values(UrlCase{"cam", 80, "Login.cgi", "http://cam:80/Login.cgi"},
+                    UrlCase{"10.0.0.9", 8080, "Config.cgi?action=get&category=Video.*",
+                            "http://10.0.0.9:8080/Config.cgi?action=get&category=Video.*"},
+                    UrlCase{"cam", 443, "Login.cgi", "https://cam:443/Login.cgi"},
+                    UrlCase{"https://cam", 80, "Login.cgi", "https://cam:80/Login.cgi"},
+                    UrlCase{"HTTPS://cam", 8443, "x", "https://cam:8443/x"},
+                    UrlCase{"http://cam", 81, "x", "http://cam:81/x"},
+                    UrlCase{"http://cam", 443, "x", "https://cam:443/x"},
+                    UrlCase{"https://cam/", 444, "/x", "https://cam:444/x"},
+                    UrlCase{"cam//", 80, "//x", "http://cam:80/x"}, UrlCase{"cam", 80, "", "http://cam:80/"},
+                    UrlCase{"cam", 80, "?a=b", "http://cam:80/?a=b"},
+                    UrlCase{"::1", 80, "x", "http://[::1]:80/x"},
+                    UrlCase{"[::1]", 80, "x", "http://[::1]:80/x"},
+                    UrlCase{"https://[fe80::1]", 80, "x", "https://[fe80::1]:80/x"},
+                    UrlCase{"fe80::1%eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
+                    UrlCase{"fe80::1%25eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
+                    UrlCase{"::ffff:1.2.3.4", 1, "x", "http://[::ffff:1.2.3.4]:1/x"},
+                    UrlCase{"cam", 65535, "x", "http://cam:65535/x"},
+                    UrlCase{"cam", 80, "%s%n a\nb", "http://cam:80/%s%n a\nb"}));
 
 // The result addresses the device, whatever host the line itself names.
 INSTANTIATE_TEST_SUITE_P(
     AbsoluteLine, DeviceUrl,
-    testing::Values(Case{"cam", 80, "http://cam:80/Login.cgi", "http://cam:80/Login.cgi"},
-                    Case{"cam", 80, "https://evil:9/a?b=http://c/", "http://cam:80/a?b=http://c/"},
-                    Case{"cam", 80, "http://u:p@other", "http://cam:80/"},
-                    Case{"cam", 80, "HTTP://other?x=1", "http://cam:80/?x=1"}));
+    testing::Values(UrlCase{"cam", 80, "http://cam:80/Login.cgi", "http://cam:80/Login.cgi"},
+                    UrlCase{"cam", 80, "https://evil:9/a?b=http://c/", "http://cam:80/a?b=http://c/"},
+                    UrlCase{"cam", 80, "http://u:p@other", "http://cam:80/"},
+                    UrlCase{"cam", 80, "HTTP://other?x=1", "http://cam:80/?x=1"}));
 
-INSTANTIATE_TEST_SUITE_P(Refused, DeviceUrl,
-                         testing::Values(Case{"", 80, "x", "(null)"}, Case{"https://", 80, "x", "(null)"},
-                                         Case{"/", 80, "x", "(null)"}, Case{"cam", 0, "x", "(null)"},
-                                         Case{"cam", 65536, "x", "(null)"}, Case{"cam", 70000, "x", "(null)"},
-                                         Case{"cam:81", 80, "x", "(null)"},
-                                         Case{"user@cam", 80, "x", "(null)"},
-                                         Case{"cam/path", 80, "x", "(null)"},
-                                         Case{"cam?x", 80, "x", "(null)"}, Case{"cam#x", 80, "x", "(null)"},
-                                         Case{"cam\\x", 80, "x", "(null)"}, Case{"ca m", 80, "x", "(null)"},
-                                         Case{"ca\nm", 80, "x", "(null)"}, Case{"[]", 80, "x", "(null)"},
-                                         Case{"[cam]x", 80, "x", "(null)"}, Case{"[", 80, "x", "(null)"},
-                                         Case{"::g", 80, "x", "(null)"}, Case{"::1]", 80, "x", "(null)"},
-                                         Case{"fe80::1%a b", 80, "x", "(null)"},
-                                         Case{"fe80::1%", 80, "x", "(null)"},
-                                         Case{"k\xc3\xbc"
-                                              "che",
-                                              80, "x", "(null)"}));
+INSTANTIATE_TEST_SUITE_P(
+    Refused, DeviceUrl,
+    testing::Values(UrlCase{"", 80, "x", "(null)"}, UrlCase{"https://", 80, "x", "(null)"},
+                    UrlCase{"/", 80, "x", "(null)"}, UrlCase{"cam", 0, "x", "(null)"},
+                    UrlCase{"cam", 65536, "x", "(null)"}, UrlCase{"cam", 70000, "x", "(null)"},
+                    UrlCase{"cam:81", 80, "x", "(null)"}, UrlCase{"user@cam", 80, "x", "(null)"},
+                    UrlCase{"cam/path", 80, "x", "(null)"}, UrlCase{"cam?x", 80, "x", "(null)"},
+                    UrlCase{"cam#x", 80, "x", "(null)"}, UrlCase{"cam\\x", 80, "x", "(null)"},
+                    UrlCase{"ca m", 80, "x", "(null)"}, UrlCase{"ca\nm", 80, "x", "(null)"},
+                    UrlCase{"[]", 80, "x", "(null)"}, UrlCase{"[cam]x", 80, "x", "(null)"},
+                    UrlCase{"[", 80, "x", "(null)"}, UrlCase{"::g", 80, "x", "(null)"},
+                    UrlCase{"::1]", 80, "x", "(null)"}, UrlCase{"fe80::1%a b", 80, "x", "(null)"},
+                    UrlCase{"fe80::1%", 80, "x", "(null)"},
+                    UrlCase{"k\xc3\xbc"
+                            "che",
+                            80, "x", "(null)"}));
 
 TEST(DeviceUrl, NullGivesNull) {
     std::string line = "Login.cgi";

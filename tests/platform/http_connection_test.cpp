@@ -18,11 +18,10 @@ using koine::test::answerText;
 using koine::test::headerOf;
 using koine::test::HttpCaller;
 using koine::test::HttpReply;
+using koine::test::kGood;
 using koine::test::RawConnection;
 using koine::test::RawServer;
 using std::chrono::milliseconds;
-
-const std::string kGood = answerText("200 OK", "0\nOK\n");
 
 RawServer::Script good() {
     return answering([](const std::string&) { return kGood; });

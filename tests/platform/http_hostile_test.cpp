@@ -17,11 +17,10 @@ namespace {
 using koine::test::answerText;
 using koine::test::HttpCaller;
 using koine::test::HttpReply;
+using koine::test::kGood;
 using koine::test::RawConnection;
 using koine::test::RawServer;
 using std::chrono::milliseconds;
-
-const std::string kGood = answerText("200 OK", "0\nOK\n");
 
 constexpr unsigned int kLimit = 300; // milliseconds for a whole request
 // Ten per cent more, and what a loaded machine may add; without the limit it would be twenty seconds.

@@ -10,8 +10,6 @@ using sim::Fault;
 using sim::FaultKind;
 using sim::SimulatedDevice;
 
-constexpr const char* kLine = "/Login.cgi";
-
 /// A device, and what it answers while nothing is wrong with it.
 class BrokenAnswers : public testing::Test {
 protected:

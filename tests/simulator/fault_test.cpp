@@ -12,8 +12,6 @@ using sim::SimulatedDevice;
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* kLine = "/Login.cgi";
-
 milliseconds since(Clock::time_point begin) {
     return std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
 }

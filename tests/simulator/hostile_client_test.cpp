@@ -11,8 +11,6 @@ namespace {
 
 using sim::SimulatedDevice;
 
-constexpr const char* kLine = "/Login.cgi";
-
 /// After each ill treatment the device must still serve.
 class HostileClients : public testing::Test {
 protected:

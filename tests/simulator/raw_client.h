@@ -9,6 +9,9 @@
 
 namespace koine::test {
 
+/// A target that every device answers.
+inline constexpr const char* kLine = "/Login.cgi";
+
 /// How the reading of an answer ended.
 enum class End { complete, closed, reset, timeLimit };
 

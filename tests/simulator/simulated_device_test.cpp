@@ -17,8 +17,6 @@ using sim::FaultKind;
 using sim::SimulatedDevice;
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* kLine = "/Login.cgi";
-
 /// Entries of a folder of /proc/self.
 std::size_t own(const char* folder) {
     DIR* directory = ::opendir(folder);

@@ -108,6 +108,9 @@ RawServer::Script answering(std::function<std::string(const std::string& request
 /// A complete answer with a length; `headers` are whole lines.
 std::string answerText(std::string_view status, std::string_view body, std::string_view headers = {});
 
+/// What a device says that is content.
+inline const std::string kGood = answerText("200 OK", "0\nOK\n");
+
 /// The value of a header in a recorded request; empty when it is missing.
 std::string headerOf(const std::string& request, std::string_view name);
 

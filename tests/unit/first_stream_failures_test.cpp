@@ -15,7 +15,6 @@ using Lines = std::vector<std::string>;
 
 const std::string kUnknown = "-11\nERROR: Unknown parameter.\n";
 const std::string kRefused = "-35\nERROR: Authentication error.\n";
-const std::string kAuto = "&ProfileMode=AUTO&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=1280x720";
 constexpr std::size_t kRetried = 3; // login, capabilities and media ask again, the categories do not
 
 class FirstStreamFailures : public ::testing::TestWithParam<std::size_t> {

@@ -11,7 +11,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const std::string kAuto = "&ProfileMode=AUTO&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=1280x720";
 const std::string kMobile =
     "&ProfileMode=MOBILE&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=352x288";
 

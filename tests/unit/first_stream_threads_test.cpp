@@ -12,9 +12,9 @@
 namespace koine::test {
 namespace {
 
-constexpr unsigned int kThreads = 8;
+constexpr unsigned int kStarters = 8;
 constexpr unsigned int kUsersPerThread = 8;
-constexpr unsigned int kUsers = kThreads * kUsersPerThread;
+constexpr unsigned int kUsers = kStarters * kUsersPerThread;
 
 struct Kind {
     const char* items;
@@ -65,10 +65,10 @@ protected:
 TEST_F(ManyUsers, OfOneDeviceAreStartedFromEightThreads) {
     std::atomic<unsigned int> good{0};
     std::vector<std::thread> threads;
-    for (unsigned int t = 0; t < kThreads; ++t)
+    for (unsigned int t = 0; t < kStarters; ++t)
         threads.emplace_back([&, t] {
             for (unsigned int i = 0; i < kUsersPerThread; ++i)
-                good += startsWell(request, 1 + t + i * kThreads) ? 1 : 0;
+                good += startsWell(request, 1 + t + i * kStarters) ? 1 : 0;
         });
     for (std::thread& thread : threads)
         thread.join();
@@ -84,11 +84,11 @@ TEST_F(ManyUsers, OfOneDeviceAreStartedFromEightThreads) {
 TEST_F(ManyUsers, StartingTheSameUserIsActedOnOnce) {
     std::atomic<unsigned int> good{0};
     std::vector<std::thread> threads;
-    for (unsigned int t = 0; t < kThreads; ++t)
+    for (unsigned int t = 0; t < kStarters; ++t)
         threads.emplace_back([&] { good += startsWell(request, 4) ? 1 : 0; });
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(good, kThreads);
+    EXPECT_EQ(good, kStarters);
     EXPECT_EQ(settings, 1);
     EXPECT_EQ(overlaps, 0);
 }

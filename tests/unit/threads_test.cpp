@@ -156,11 +156,11 @@ TEST_F(Threads, WaitingForEachOther) {
 }
 
 TEST_F(Threads, NamingTheSameNewUsersGetTheSameClients) {
-    constexpr unsigned int kUsers = 200;
+    constexpr unsigned int kNewUsers = 200;
     StreamIDCenter center;
-    std::vector<std::vector<StreamIDClient*>> seen(kThreads, std::vector<StreamIDClient*>(kUsers));
+    std::vector<std::vector<StreamIDClient*>> seen(kThreads, std::vector<StreamIDClient*>(kNewUsers));
     onThreads([&](unsigned int number) {
-        for (unsigned int uid = 0; uid < kUsers; ++uid) {
+        for (unsigned int uid = 0; uid < kNewUsers; ++uid) {
             const boost::shared_ptr<StreamIDClient> client = center.get_streamid_client(uid);
             seen[number][uid] = client.get();
         }
@@ -168,7 +168,7 @@ TEST_F(Threads, NamingTheSameNewUsersGetTheSameClients) {
     for (unsigned int number = 1; number < kThreads; ++number)
         EXPECT_EQ(seen[number], seen[0]);
     const std::set<StreamIDClient*> different(seen[0].begin(), seen[0].end());
-    EXPECT_EQ(different.size(), kUsers);
+    EXPECT_EQ(different.size(), kNewUsers);
 }
 
 TEST_F(Threads, ReadingDifferentUsersOfOneObject) {

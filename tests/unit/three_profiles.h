@@ -15,6 +15,10 @@ const std::vector<std::string>& fillingLines();
 /// Scripts the camera: tokens "main", "sub", "phone"; the third profile is for mobile viewers.
 void scriptThreeProfiles();
 
+/// What an AUTO user asks for.
+inline const std::string kAuto =
+    "&ProfileMode=AUTO&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=1280x720";
+
 /// A set-up line of the host with these further items ("&ProfileMode=AUTO").
 std::string setUpLine(const std::string& items);
 
