@@ -206,12 +206,18 @@ well, so give --size with them, or the smallest is taken. ONLY_META and
 ONLY_STATUS are streams without pictures.
 
 The encoder settings of the chosen profile are changed on the device to what the
-stream asks for; the picture size becomes the nearest that the profile offers.)help");
+stream asks for; the picture size becomes the nearest that the profile offers.
+When the stream comes in another encoding than asked for, a line on standard
+error says so: AUTO and MOBILE choose it themselves, and a profile cannot do
+each of them.)help");
         addTarget(sub, command->target);
-        sub.add_option("--mode", command->mode, "AUTO, MOBILE, ONLY_META or ONLY_STATUS, see below")
-            ->check(quiet(CLI::IsMember({"AUTO", "MOBILE", "ONLY_META", "ONLY_STATUS"})))
-            ->type_name("MODE");
-        sub.add_option("--token", command->token, "the profile with this token")->type_name("TOKEN");
+        CLI::Option* const mode =
+            sub.add_option("--mode", command->mode, "AUTO, MOBILE, ONLY_META or ONLY_STATUS, see below")
+                ->check(quiet(CLI::IsMember({"AUTO", "MOBILE", "ONLY_META", "ONLY_STATUS"})))
+                ->type_name("MODE");
+        sub.add_option("--token", command->token, "the profile with this token, instead of a mode")
+            ->type_name("TOKEN")
+            ->excludes(mode);
         sub.add_option("--size", command->size, "picture size, like 1280x720")->type_name("WxH");
         sub.add_option("--fps", command->framesPerSecond, "frames per second")
             ->check(quiet(CLI::PositiveNumber))
@@ -225,7 +231,9 @@ stream asks for; the picture size becomes the nearest that the profile offers.)h
         sub.add_option("--gov", command->govLength, "frames from one whole picture to the next")
             ->check(quiet(CLI::PositiveNumber))
             ->type_name("N");
-        sub.add_option("--encoding", command->encoding, "H264, H265, MPEG4 or JPEG")->type_name("NAME");
+        sub.add_option("--encoding", command->encoding, "H264, H265, MPEG4 or JPEG")
+            ->check(quiet(CLI::IsMember({"H264", "H265", "MPEG4", "JPEG"})))
+            ->type_name("NAME");
         sub.add_option("--channel", command->channel, "channel of a recorder or video server, from 1")
             ->check(quiet(CLI::PositiveNumber))
             ->type_name("N");

@@ -32,6 +32,8 @@ from koine._settings import (
 )
 from koine._types import Answer, Info, Profile, Stream
 
+__version__ = "0.1.0"
+
 __all__ = [
     "Answer",
     "AuthenticationError",
@@ -44,6 +46,7 @@ __all__ = [
     "ResponseTimeoutError",
     "Stream",
     "UnreachableError",
+    "__version__",
     "library_version",
     "open",
     "set_connect_time_limit",

@@ -3,18 +3,21 @@
 from __future__ import annotations
 
 import ctypes
+import re
 import threading
+import warnings
 from contextlib import contextmanager
 from types import TracebackType
-from typing import Dict, Iterator, Mapping, Optional, Tuple, Type
+from typing import Dict, Iterator, Mapping, Optional, Tuple, Type, Union
 from urllib.parse import quote
 
 from koine._errors import KoineError, NotSupportedError, RefusedError, error_class
 from koine._library import NO_RESOURCE, OK, VISITOR, Options, decoded, encoded, lib, taken
-from koine._types import Answer, Info, Stream, info_from
+from koine._types import Answer, Info, Stream, info_from, profiles_in
 
 _UNKNOWN_PARAMETER = -11
 _MODES = ("", "AUTO", "MOBILE", "ONLY_META", "ONLY_STATUS")
+_ENCODINGS = ("", "H264", "H265", "MPEG4", "JPEG")
 _LEFT_AS_IT_IS = "!\"$'()*,-./:;<=>?@[\\]^_`{|}~"  # in a value: printable, and none of % & # +
 
 
@@ -38,6 +41,33 @@ def _item(key: str, value: object) -> str:
     if any(c in text for c in "& \t\r\n"):
         raise ValueError(f"{text!r} must be one word without &")
     return f"&{key}={text}"
+
+
+def _size_text(size: Union[Tuple[int, int], str, None]) -> str:
+    if size is None:
+        return ""
+    if isinstance(size, str):
+        text = size
+    elif isinstance(size, (tuple, list)) and [type(side) for side in size] == [int, int]:
+        text = f"{size[0]}x{size[1]}"
+    else:
+        text = ""
+    if not re.fullmatch("[1-9][0-9]{0,5}x[1-9][0-9]{0,5}", text, re.ASCII):
+        raise ValueError(f"{size!r} is no size; give one like (1280, 720)")
+    return text
+
+
+def _choice(kind: str, value: str, choices: Tuple[str, ...]) -> str:
+    if value not in choices:
+        raise ValueError(f"there is no {kind} {value!r}; there are {', '.join(choices[1:])}")
+    return value
+
+
+def _channel_items(channel: Optional[int]) -> str:
+    if channel is None:
+        return ""
+    # Channels are counted from 0 in the one item and from 1 in the other.
+    return _item("StreamSetup.Setting.Channel", channel - 1) + _item("StreamSetup.Live.Channel", channel)
 
 
 class Device:
@@ -186,7 +216,7 @@ class Device:
         uid: int = 1,
         mode: str = "",
         token: str = "",
-        size: Optional[Tuple[int, int]] = None,
+        size: Union[Tuple[int, int], str, None] = None,
         fps: Optional[int] = None,
         quality: Optional[float] = None,
         bitrate: Optional[int] = None,
@@ -199,26 +229,47 @@ class Device:
 
         mode: "AUTO" takes the first profile for live view, "MOBILE" the one for mobile viewing, both with a size;
               "ONLY_META" and "ONLY_STATUS" are streams without pictures; "" the first profile
-        token: the profile with this token
+        token: the profile with this token, instead of a mode
+        size: (1280, 720) or "1280x720"
         quality: from 0 to 10
+        encoding: "H264", "H265", "MPEG4" or "JPEG"; a warning tells when the stream comes in another one, which
+              "AUTO" and "MOBILE" choose themselves and a profile may not have
         channel: of a recorder or video server, counted from 1
+
+        Raises ValueError for what cannot be set up, a token that no profile has among it: nothing is changed then.
         """
-        if mode not in _MODES:
-            raise ValueError(f"there is no mode {mode!r}; there are {', '.join(_MODES[1:])}")
+        if mode and token:
+            raise ValueError("give a mode or a token, not both: a mode chooses the profile itself")
         encoder = "StreamSetup.VideoEncoderConfiguration."
         line = "Stream.cgi?action=set" + _item("StreamSetup.Stream", "RTP-Unicast")
         line += _item("StreamSetup.Transport.Protocol", transport)
-        line += _item("ProfileMode", mode) + _item("ProfileToken", token)
-        if channel is not None:
-            # Channels are counted from 0 in the one item and from 1 in the other.
-            line += _item("StreamSetup.Setting.Channel", channel - 1) + _item("StreamSetup.Live.Channel", channel)
-        line += _item(encoder + "Encoding", encoding)
-        line += _item(encoder + "Resolution.NxN", None if size is None else f"{size[0]}x{size[1]}")
+        line += _item("ProfileMode", _choice("mode", mode, _MODES)) + _item("ProfileToken", token)
+        line += _channel_items(channel)
+        line += _item(encoder + "Encoding", _choice("encoding", encoding, _ENCODINGS))
+        line += _item(encoder + "Resolution.NxN", _size_text(size))
         line += _item(encoder + "Quality", quality)
         line += _item(encoder + "RateControl.FrameRateLimit", fps)
         line += _item(encoder + "RateControl.BitrateLimit", bitrate)
+        if token:
+            self._demand_profile(token, channel, uid)
         self.request(line, uid=uid)
-        return self._stream(uid)
+        stream = self._stream(uid)
+        got = stream.values.get("Stream.Profile.Encoding", "")
+        if encoding and got and got != encoding:
+            warnings.warn(f"{self.address}: the stream comes in {got}, not in {encoding}", stacklevel=2)
+        return stream
+
+    def _demand_profile(self, token: str, channel: Optional[int], uid: int) -> None:
+        """The library serves an unknown token by another profile, and that one's encoder would be changed."""
+        # A set-up that names no stream fills the caches, with the profiles of the channel, and changes nothing.
+        self.request("Stream.cgi?action=set" + _channel_items(channel), uid=uid)
+        try:
+            media = self.request("Config.cgi?action=get&category=Media.*", uid=uid).values
+        except RefusedError:  # a device without profiles takes any token
+            return
+        tokens = [profile.token for profile in profiles_in(media)]
+        if tokens and token not in tokens:
+            raise ValueError(f"{self.address}: no profile has the token {token!r}; there are {', '.join(tokens)}")
 
     def _stream(self, uid: int) -> Stream:
         values = self.request("Stream.cgi?action=get", uid=uid).values

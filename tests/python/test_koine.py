@@ -214,9 +214,42 @@ class Streams(unittest.TestCase):
 
     def test_what_a_set_up_line_cannot_hold_is_told(self):
         with koine.open(DEAD_URL) as device:
-            for mistake in ({"mode": "auto"}, {"token": "a&b"}, {"encoding": "H 264"}):
-                with self.assertRaises(ValueError):
+            for mistake in ({"mode": "auto"}, {"token": "a&b"}, {"encoding": "H 264"}, {"encoding": "VP9"},
+                            {"mode": "AUTO", "token": "PROFILE-MAIN"}):
+                with self.subTest(mistake), self.assertRaises(ValueError):
                     device.stream(**mistake)
+            self.assertEqual(device.requests_sent, 0)
+
+    def test_a_size_is_a_pair_or_a_text(self):
+        with Simulated() as dome, koine.open(dome.url) as device:
+            for size in ((640, 480), "640x480"):
+                values = device.stream(size=size).values
+                self.assertEqual(values["Stream.Profile.Resolution.Width"], "640")
+
+    def test_what_is_no_size_is_told(self):
+        with koine.open(DEAD_URL) as device:
+            for size in ("abc", "1280", "1280x", "0x720", "1280X720", " 1280x720", "1280x720\n", (), (1280,),
+                         (1280, 720, 1), (1280, 0), (-1280, 720), (1280.0, 720.0), ("1280", "720"), 1280):
+                with self.subTest(size), self.assertRaises(ValueError):
+                    device.stream(size=size)
+            self.assertEqual(device.requests_sent, 0)
+
+    def test_an_unknown_token_changes_nothing_and_the_known_ones_are_named(self):
+        with Simulated() as dome, koine.open(dome.url) as device:
+            with self.assertRaisesRegex(ValueError, "there are PROFILE-MAIN, PROFILE-SECOND, PROFILE-MOBILE$"):
+                device.stream(token="XX", encoding="JPEG")
+            self.assertEqual(device.info().profiles[0].encoding, "H264")
+        with Simulated("--model", "noprofiles") as bare, koine.open(bare.url) as device:
+            self.assertEqual(device.stream(token="XX").token, "XX")
+
+    def test_a_token_is_looked_for_on_its_channel(self):
+        with Simulated("--model", "recorder") as recorder, koine.open(recorder.url) as device:
+            self.assertEqual(device.stream(channel=3, token="CH03-SUB").token, "CH03-SUB")
+
+    def test_another_encoding_than_asked_for_is_told(self):
+        with Simulated() as dome, koine.open(dome.url) as device:
+            with self.assertWarnsRegex(UserWarning, "comes in H264, not in H265"):
+                device.stream(encoding="H265")
 
 
 class Process(unittest.TestCase):
@@ -242,6 +275,7 @@ class Process(unittest.TestCase):
         koine.set_tls_pinned_key(None)
 
     def test_the_package_has_the_version_of_the_library(self):
+        self.assertEqual(koine.__version__, koine.library_version())
         project = os.environ.get("KOINE_PYPROJECT")
         if not project:
             self.skipTest("the package's description is not here")

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace koine::test {
 namespace {
 
@@ -97,6 +99,43 @@ TEST(StreamCommand, ATokenChoosesItsProfile) {
         runTool({"stream", "--uri-only", "--token", "PROFILE-SECOND", "--rtsp-port", "8554", dome.url()})
             .out.rfind("rtsp://127.0.0.1:8554/PROFILE-SECOND?", 0),
         0U);
+}
+
+TEST(StreamCommand, AnUnknownTokenChangesNothingAndTheKnownOnesAreNamed) {
+    GuardedDome dome;
+    const Outcome outcome = runTool({"stream", "--token", "XX", "--encoding", "JPEG", dome.url()});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(contains(outcome.err, "no profile has the token XX; there are: PROFILE-MAIN, PROFILE-SECOND, "
+                                      "PROFILE-MOBILE\n"))
+        << outcome.err;
+    const std::string encoding = "Media.Profiles.Profile1.VideoEncoderConfiguration.Encoding";
+    EXPECT_EQ(dome.device().value(encoding), "H264");
+}
+
+TEST(StreamCommand, ATokenIsLookedForOnItsChannel) {
+    sim::SimulatedDevice device{sim::Options(sim::builtinModel("recorder"))};
+    EXPECT_TRUE(
+        contains(runTool({"stream", "--uri-only", "--channel", "3", "--token", "CH03-SUB", device.url()}).out,
+                 "/CH03-SUB?"));
+    EXPECT_TRUE(contains(runTool({"stream", "--channel", "3", "--token", "CH01-SUB", device.url()}).err,
+                         "there are: CH03-MAIN, CH03-SUB\n"));
+}
+
+TEST(StreamCommand, ADeviceWithoutProfilesTakesAnyToken) {
+    sim::SimulatedDevice device{sim::Options(sim::builtinModel("noprofiles"))};
+    EXPECT_TRUE(contains(runTool({"stream", "--token", "XX", device.url()}).out, " XX\n"));
+}
+
+TEST(StreamCommand, AnotherEncodingThanAskedForIsTold) {
+    GuardedDome dome;
+    const Outcome can = runTool({"stream", "--encoding", "JPEG", dome.url()});
+    EXPECT_EQ(can.exitCode, 0);
+    EXPECT_EQ(can.err, "");
+    const Outcome cannot = runTool({"stream", "--encoding", "H265", "--uri-only", dome.url()});
+    EXPECT_EQ(cannot.exitCode, 0);
+    EXPECT_TRUE(contains(cannot.err, ": the stream comes in JPEG, not in H265 (")) << cannot.err;
+    EXPECT_EQ(std::count(cannot.err.begin(), cannot.err.end(), '\n'), 1);
 }
 
 TEST(StreamCommand, MobileTakesTheMobileProfile) {

@@ -92,6 +92,8 @@ TEST(Usage, AMistakeGetsOneLineAndTheExitCode2) {
         {{"stream", "http://a", "--size", "0x720"}, "like 1280x720"},
         {{"stream", "http://a", "--size", "1280x720&x=1"}, "like 1280x720"},
         {{"stream", "http://a", "--token", "a&b"}, "--token"},
+        {{"stream", "http://a", "--token", "a", "--mode", "AUTO"}, " excludes --"},
+        {{"stream", "http://a", "--encoding", "VP9"}, "--encoding"},
         {{"stream", "http://a", "--fps", "0"}, "--fps"},
         {{"stream", "http://a", "--quality", "11"}, "--quality"},
         {{"stream", "http://a", "--transport", "tcp"}, "--transport"},

@@ -2,8 +2,10 @@
 
 #include "cache/key_map.h"
 #include "text/scan.h"
+#include "tools/categories.h"
 #include "tools/commands/commands.h"
 #include "tools/json.h"
+#include "tools/learned.h"
 #include "tools/terminal.h"
 
 #include <algorithm>
@@ -12,6 +14,7 @@ namespace koine::tool {
 namespace {
 
 constexpr std::string_view kUriKey = "GetStreamUriResponse.MediaUri.Uri";
+constexpr std::string_view kEncodingKey = "Stream.Profile.Encoding";
 constexpr std::string_view kEncoder = "StreamSetup.VideoEncoderConfiguration.";
 
 void checkSize(const std::string& size) {
@@ -43,6 +46,13 @@ public:
     void encoder(std::string_view key, std::string_view value) {
         item(std::string(kEncoder).append(key), value);
     }
+    void channel(int channel) {
+        if (channel < 1)
+            return;
+        // Channels are counted from 0 in the one item and from 1 in the other.
+        item("StreamSetup.Setting.Channel", std::to_string(channel - 1));
+        number("StreamSetup.Live.Channel", channel);
+    }
     const std::string& text() const { return line_; }
 
 private:
@@ -55,11 +65,7 @@ std::string setupLine(const StreamCommand& command) {
     line.item("StreamSetup.Transport.Protocol", command.transport);
     line.item("ProfileMode", command.mode);
     line.item("ProfileToken", command.token);
-    if (command.channel > 0) {
-        // Channels are counted from 0 in the one item and from 1 in the other.
-        line.item("StreamSetup.Setting.Channel", std::to_string(command.channel - 1));
-        line.number("StreamSetup.Live.Channel", command.channel);
-    }
+    line.channel(command.channel);
     line.encoder("Encoding", command.encoding);
     line.encoder("Resolution.NxN", command.size);
     line.encoder("Quality", command.quality);
@@ -67,6 +73,33 @@ std::string setupLine(const StreamCommand& command) {
     line.number(std::string(kEncoder) + "RateControl.BitrateLimit", command.bitrate);
     line.number(std::string(kEncoder) + "GovLength", command.govLength);
     return line.text();
+}
+
+/// The library serves an unknown token by another profile, and that one's encoder would be changed.
+/// @throws Failure when the device has profiles, and none with this token
+void demandProfile(Connection& connection, const StreamCommand& command) {
+    // A set-up that names no stream fills the caches, with the profiles of the channel, and changes nothing.
+    SetupLine learning;
+    learning.channel(command.channel);
+    connection.demand(learning.text(), "reading the media profiles");
+    const std::vector<Profile> profiles = profilesIn(connection.ask(readingLine("Media")).values());
+    std::string tokens;
+    for (const Profile& profile : profiles) {
+        if (profile.token == command.token)
+            return;
+        tokens.append(tokens.empty() ? "" : ", ").append(profile.token);
+    }
+    if (!profiles.empty())
+        throw Failure(ExitCode::usage, connection.where() + ": no profile has the token " + command.token +
+                                           "; there are: " + tokens);
+}
+
+/// The stream comes all the same: a host may well be able to show it.
+void warnOfOtherEncoding(const std::string& where, std::string_view wanted, std::string_view got) {
+    if (!wanted.empty() && !got.empty() && wanted != got)
+        std::fprintf(stderr,
+                     "koine: %s: the stream comes in %s, not in %s (koine profiles shows what can be)\n",
+                     where.c_str(), harmless(got).c_str(), std::string(wanted).c_str());
 }
 
 /// The URI of the profile that the stream uses; without the token any H.264 profile would do.
@@ -94,14 +127,16 @@ ExitCode StreamCommand::run(const Arguments& arguments) const {
     if (!size.empty())
         checkSize(size);
     checkWord("--token", token);
-    checkWord("--encoding", encoding);
     DeviceOptions options;
     options.rtspPort = rtspPort;
     options.credentialsInUri = credentialsInUri;
     Connection connection(target, arguments, options);
+    if (!token.empty())
+        demandProfile(connection, *this);
     connection.demand(setupLine(*this),
                       "setting the stream up" + (mode.empty() ? std::string() : " in mode " + mode));
     const CgiMap stream = connection.demand("Stream.cgi?action=get", "reading the stream").values();
+    warnOfOtherEncoding(connection.where(), encoding, valueOr(stream, kEncodingKey));
     const CgiMap answer = connection.demand(uriLine(stream), "asking for the stream URI").values();
     const std::string uri(valueOr(answer, kUriKey));
     if (uriOnly) {

@@ -57,7 +57,7 @@ complete -c koine -n '__fish_seen_subcommand_from stream' -l vendor -x -d 'vendo
 complete -c koine -n '__fish_seen_subcommand_from stream' -l uid -x -d 'number of the stream user that asks (default 1)'
 complete -c koine -n '__fish_seen_subcommand_from stream' -s v -l verbose -l trace -d 'write the library\'s diagnostics to standard error'
 complete -c koine -n '__fish_seen_subcommand_from stream' -l mode -x -a 'AUTO MOBILE ONLY_META ONLY_STATUS' -d 'AUTO, MOBILE, ONLY_META or ONLY_STATUS, see below'
-complete -c koine -n '__fish_seen_subcommand_from stream' -l token -x -d 'the profile with this token'
+complete -c koine -n '__fish_seen_subcommand_from stream' -l token -x -d 'the profile with this token, instead of a mode'
 complete -c koine -n '__fish_seen_subcommand_from stream' -l size -x -d 'picture size, like 1280x720'
 complete -c koine -n '__fish_seen_subcommand_from stream' -l fps -x -d 'frames per second'
 complete -c koine -n '__fish_seen_subcommand_from stream' -l quality -x -d 'picture quality, 0 to 10'
