@@ -52,8 +52,9 @@ struct Maps {
 
 /// What the device says.
 Maps answersOf(const DeviceShape& shape) {
+    const std::shared_ptr<const DeviceTexts> texts = deviceTexts(shape);
     Maps maps;
-    for (const auto& [line, text] : *deviceTexts(shape))
+    for (const auto& [line, text] : *texts)
         maps.add(text);
     return maps;
 }
