@@ -12,6 +12,8 @@
 #include "text/tokens.h"
 #include "text/words.h"
 
+#include <new>
+
 using namespace koine;
 
 namespace {
@@ -35,7 +37,20 @@ public:
     CapabilityFill(BaseRequest& request, unsigned int uid, OwnedText& raw)
         : request_(request), uid_(uid), raw_(raw) {}
 
+    /// A shortage of memory leaves the map as it was: to the next attempt, what half a conversion made would
+    /// look as if the device had told it.
     int run(const char* url) {
+        CgiMap before = request_.capability_.map; // mostly empty
+        try {
+            return fill(url);
+        } catch (const std::bad_alloc&) {
+            request_.capability_.map.swap(before);
+            throw;
+        }
+    }
+
+private:
+    int fill(const char* url) {
         const std::string& productId = entry(request_.login_.map, kProductIdMinor);
         const int result = checkIfNoCapabilityProductId(productId.c_str()) != 0 ? fillFromMachine()
                                                                                 : fillFromCapability(url);
@@ -46,7 +61,6 @@ public:
         return kOk;
     }
 
-private:
     cache_trace::User user() { return {static_cast<int>(uid_), request_.strm_setting_channel()}; }
 
     /// For products that do not have the capability request.

@@ -116,7 +116,7 @@ void translateGeneralList(CgiMap& capability, ResolutionLists& lists, _VIDEO_SYS
     if (hasKey(capability, keys::kVideoResolutionNxN))
         return;
     if (const std::string* names = findValue(capability, keys::kVideoResolution))
-        entry(capability, keys::kVideoResolutionNxN) = lists.translate(*names, system);
+        setIfAbsent(capability, keys::kVideoResolutionNxN, lists.translate(*names, system));
 }
 
 void convertResolutionLists(CgiMap& capability, _VIDEO_SYSTEM_DEF system) {
@@ -152,7 +152,7 @@ int BaseRequest::convertCgiCapability(CgiMap* capability, CgiMap* login) {
         return kOk;
     const _VIDEO_SYSTEM_DEF system = systemNamed(valueOr(*login, keys::kVideoSystem));
     if (!hasKey(*capability, kNetworkId))
-        entry(*capability, kNetworkId) = entry(*capability, kId);
+        setIfAbsent(*capability, kNetworkId, entry(*capability, kId));
     convertResolutionLists(*capability, system);
     for (const Default& bound : kQualityBounds)
         setIfAbsent(*capability, bound.key, bound.value);

@@ -9,6 +9,8 @@
 #include "text/shortage.h"
 #include "text/words.h"
 
+#include <new>
+
 using namespace koine;
 
 namespace koine {
@@ -152,7 +154,17 @@ private:
         return kNoResource;
     }
 
+    /// A category that runs out of memory is given up: half of it would pass for the whole from then on.
     int fill(OwnedText& raw) {
+        try {
+            return learn(raw);
+        } catch (const std::bad_alloc&) {
+            cache_.map.clear();
+            throw;
+        }
+    }
+
+    int learn(OwnedText& raw) {
         int result = request_.askDevice(uid_, member_.requestLine, OutText(raw));
         if (result != kOk) {
             member_.traces.failed(__LINE__, uid(), channel());
