@@ -46,12 +46,41 @@ constexpr Operation kDialect[] = {
     },
 };
 
-} // namespace
-
-boost::shared_ptr<BaseRequest> makeTabled() {
-    const auto device = boost::make_shared<fuzz::Device>();
+boost::shared_ptr<fuzz::Device> makeCamera() {
+    auto device = boost::make_shared<fuzz::Device>();
     fuzz::answerAsCamera(*device);
     device->set_server_address("camera");
+    return device;
+}
+
+} // namespace
+
+boost::shared_ptr<BaseRequest> makeTabled() { return makeCamera(); }
+
+boost::shared_ptr<BaseRequest> makePell() {
+    const auto device = makeCamera();
+    device->setVendor("TOVLIN");
+    device->answers["Login.cgi"] = "0\nOK\nProduct-Name=CAM-1\nProduct-ID=PELL\n";
+    // No size of the second list is known: the one before it counts.
+    device->answers["Capability.cgi"] += "Capability.Video.Mpeg4.Resolution=OTHER\n";
+    return device;
+}
+
+boost::shared_ptr<BaseRequest> makeMachine() {
+    const auto device = makeCamera();
+    device->answers["Login.cgi"] = "0\nOK\nProduct-Name=CAM-1\nProduct-ID-Minor=NOCAP\n";
+    device->answers["Machine.cgi"] =
+        "0\nOK\nProduct.Type=a type that is too long to be kept in place\nProduct.ID=CAM\n"
+        "Video.Format=MJPEG,MPEG4,H.264\nVideo.Resolution=CIF,4CIF,D1\nAudio.Input.Num=1\n";
+    return device;
+}
+
+boost::shared_ptr<BaseRequest> makeVideoServer() {
+    const auto device = makeCamera();
+    device->answers["Capability.cgi"] =
+        "0\nOK\nDevice=VIDEO SERVER\nID=an identity that is too long to be kept in place\nDeviceID=1\n"
+        "Capability.Video.Resolution=CIF,4CIF\nCapability.Video.Jpeg.Resolution=QCIF,CIF\n";
+    device->answers["Capability.cgi?action=get&channel=1"] = "0\nOK\nCapability.Audio.Input.Channel=1\n";
     return device;
 }
 

@@ -128,8 +128,7 @@ void destroying(Subject& subject) { subject.device.reset(); }
 bool belongsTo(int result, std::string_view text) {
     if (result == kOk)
         return !text.empty();
-    return text == (result == kAuthFailed ? "-35\nERROR: Authentication error.\n"
-                                          : "-11\nERROR: Unknown parameter.\n");
+    return text == "-11\nERROR: Unknown parameter.\n";
 }
 
 } // namespace
@@ -149,23 +148,33 @@ void nothing(Subject& /*subject*/) {}
 void warm(Subject& subject) { subject.ask(kUid, kFirstStream); }
 
 const std::vector<Scenario>& scenarios() {
+    constexpr Decides kCategories = Decides::categories;
     static const std::vector<Scenario> all = {
-        {"first stream", makeTabled, unknown, firstStream, false},
+        {"first stream", makeTabled, unknown, firstStream, false, kCategories},
         {"second stream", makeTabled, warm, secondStream, false},
         {"learn the device", makeTabled, nothing, learn, false},
-        {"config get, cold", makeTabled, nothing, configGet, false},
+        {"learn a Pell device", makePell, nothing, learn, false},
+        {"learn a machine", makeMachine, nothing, learn, false},
+        {"learn a video server", makeVideoServer, nothing, learn, false},
+        {"config get, cold", makeTabled, nothing, configGet, false, kCategories},
+        {"config get, cold, Pell device", makePell, nothing, configGet, false, kCategories},
+        {"config get, cold, machine", makeMachine, nothing, configGet, false, kCategories},
+        {"config get, cold, video server", makeVideoServer, nothing, configGet, false, kCategories},
         {"config get, warm", makeTabled, warm, configGet, false},
         {"config set", makeTabled, warm, configSet, false},
         {"config set, maker's device", makeTabled, maker, configSet, false},
+        {"config set, Pell device", makePell, warm, configSet, false},
+        {"config set, machine", makeMachine, warm, configSet, false},
         {"pass-through", makeTabled, warm, passThrough, false},
         {"answer as a map", makeTabled, nothing, data, false},
         {"destruction", makeTabled, warm, destroying, false},
         {"a new user", makeTabled, nothing, users, true},
         {"rewriting steps", makeTabled, warm, rewriting, true},
-        {"cache steps, cold", makeTabled, nothing, caches, true},
-        {"cache steps, warm", makeTabled, warm, caches, true},
+        {"cache steps, cold", makeTabled, nothing, caches, true, kCategories},
+        {"cache steps, cold, Pell device", makePell, nothing, caches, true, kCategories},
+        {"cache steps, warm", makeTabled, warm, caches, true, kCategories},
         {"stream steps", makeTabled, warm, streams, true},
-        {"settings of an object", makeTabled, warm, settings, false},
+        {"settings of an object", makeTabled, warm, settings, false, Decides::qualityBounds},
         {"reads of an object", makeTabled, warm, reads, false},
         {"host's other operations", makeTabled, warm, hostOperations, false},
         {"conversions", makeTabled, warm, conversions, false},
@@ -174,11 +183,11 @@ const std::vector<Scenario>& scenarios() {
         {"registry", makeTabled, nothing, registry, true},
         {"openDevice", makeDialect, nothing, opening, true},
         {"DialectRequest's operations", makeDialect, warm, dialectOperations, false},
-        {"koine::request", makeDialect, nothing, requestHelper, true},
+        {"koine::request", makeDialect, nothing, requestHelper, true, kCategories},
         {"interface for C", makeDialect, nothing, cInterface, false},
-        {"first stream, DialectRequest", makeDialect, nothing, firstStream, false},
+        {"first stream, DialectRequest", makeDialect, nothing, firstStream, false, kCategories},
         {"config set, DialectRequest", makeDialect, warm, configSet, false},
-        {"config get, DialectRequest", makeDialect, nothing, configGet, false},
+        {"config get, DialectRequest", makeDialect, nothing, configGet, false, kCategories},
     };
     return all;
 }

@@ -27,6 +27,13 @@ struct Subject {
     void ask(unsigned int uid, const char* line);
 };
 
+/// What a run settles for good, for the answers that are compared afterwards.
+enum class Decides {
+    nothing,
+    categories,    ///< the only attempt to learn them, or a refresh that is one more
+    qualityBounds, ///< the host's own take the place of the device's
+};
+
 struct Scenario {
     const char* name;
     /// Makes the object with a device behind it; the host's memory is there.
@@ -37,10 +44,17 @@ struct Scenario {
     void (*run)(Subject& subject);
     /// Whether `run` may end with std::bad_alloc: single steps may, the host's entry points may not.
     bool mayThrow;
+    Decides decides = Decides::nothing;
 };
 
 /// A device class whose steps answer from a table: the core alone.
 boost::shared_ptr<BaseRequest> makeTabled();
+/// One of the maker's own, of the Pell kind: its categories are adjusted.
+boost::shared_ptr<BaseRequest> makePell();
+/// A product that has no capability request.
+boost::shared_ptr<BaseRequest> makeMachine();
+/// Tells about its channels in a second answer.
+boost::shared_ptr<BaseRequest> makeVideoServer();
 /// What `openDevice` makes, with a client that answers from a table.
 boost::shared_ptr<BaseRequest> makeDialect();
 

@@ -1,15 +1,16 @@
 // Fails each allocation of each scenario in turn, once and from then on, and looks at what is left behind.
 #include "scenarios.h"
 #include "tests/support/failing_allocations.h"
+#include "usable_answers.h"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <future>
 #include <new>
+#include <string>
 
 #include <unistd.h>
 
@@ -20,40 +21,26 @@ using test::FailAllocations;
 using test::liveAllocations;
 
 /// Everything an operation may say when memory runs out. A shortage may also look like a device that gave
-/// no text (-2) or an answer that could not be built (0).
-constexpr std::array<int, 5> kStatedResults = {kOk, kNotBuilt, kRefused, kNoResource, kAuthFailed};
+/// no text (-2) or an answer that could not be built (0), but never like wrong credentials.
+constexpr std::array<int, 4> kStatedResults = {kOk, kNotBuilt, kRefused, kNoResource};
 
 struct Tally {
     std::size_t runs = 0;
     std::size_t defects = 0;
 };
 
-/// What the caches must still be good for afterwards. One attempt decides about a category: where memory ran
-/// out during that, the object says so from then on. Half of an answer is never right.
-struct Usable {
-    const char* line;
-    const char* contained;
-    bool mayBeGivenUp;
-};
-constexpr Usable kUsable[] = {
-    {"http://camera/Login.cgi", "Product-Name=CAM-1\n", false},
-    {"http://camera/Capability.cgi?action=get", "Capability.Audio.Input.Channel=1\n", false},
-    {"http://camera/Config.cgi?action=get&category=Media.*", "Media.Profiles.Profile1.token=ONE\n", false},
-    {"http://camera/Config.cgi?action=get&category=Video.*", "Video.I0.Brightness=", true},
-    {"http://camera/Config.cgi?action=get&category=Camera.*", "Camera.Detection.", true},
-};
-
-bool isUsable(const Usable& expected, int result, const char* text) {
-    if (text == nullptr)
-        return false;
-    if (result == kOk)
-        return std::strstr(text, expected.contained) != nullptr;
-    return expected.mayBeGivenUp && std::strcmp(text, "-11\nERROR: Unknown parameter.\n") == 0;
+/// An object where the scenario begins.
+Subject prepared(const Scenario& scenario) {
+    Subject subject;
+    subject.device = scenario.make();
+    scenario.prepare(subject);
+    return subject;
 }
 
 class Torture {
 public:
-    Torture(const Scenario& scenario, FailAllocations::Then then) : scenario_(scenario), then_(then) {}
+    Torture(const Scenario& scenario, FailAllocations::Then then)
+        : scenario_(scenario), then_(then), whole_(*prepared(scenario).device) {}
 
     /// Every `stride`-th allocation, until the scenario has none left to fail.
     Tally run(unsigned int stride) {
@@ -66,9 +53,7 @@ public:
 private:
     /// What the first call of an operation in a process sets up for good is no loss.
     void setUpProcess() {
-        Subject subject;
-        subject.device = scenario_.make();
-        scenario_.prepare(subject);
+        Subject subject = prepared(scenario_);
         scenario_.run(subject);
     }
 
@@ -77,14 +62,12 @@ private:
         const std::ptrdiff_t before = liveAllocations();
         bool hasFailed = false;
         {
-            Subject subject;
+            Subject subject = prepared(scenario_);
             subject.results.reserve(64);
-            subject.device = scenario_.make();
-            scenario_.prepare(subject);
             hasFailed = underShortage(subject);
             checkAnswers(subject);
             if (!subject.device)
-                subject.device = scenario_.make();
+                subject = prepared(scenario_);
             checkLockIsFree(subject.device);
             checkAnswersAgain(*subject.device);
         }
@@ -123,13 +106,8 @@ private:
     }
 
     void checkAnswersAgain(BaseRequest& device) {
-        for (const Usable& usable : kUsable) {
-            char* answer = nullptr;
-            const int result =
-                device.requestHttpStr(9, const_cast<char*>(usable.line), nullptr, nullptr, &answer);
-            check(isUsable(usable, result, answer), usable.line);
-            device.freeData(answer);
-        }
+        for (const std::string& fault : whole_.faultsOf(device, scenario_.decides))
+            check(false, fault.c_str());
     }
 
     void check(bool good, const char* what) {
@@ -142,6 +120,7 @@ private:
 
     const Scenario& scenario_;
     FailAllocations::Then then_;
+    UsableAnswers whole_;
     unsigned int k_ = 1;
     Tally tally_;
 };
