@@ -60,6 +60,8 @@ public:
         }
     }
 
+    void end() { expectLockIsFree(device_); }
+
 private:
     unsigned int uid() { return input_.byte() % 4U; }
 
@@ -140,6 +142,7 @@ private:
 
     /// The host lets the object go and makes a new one for the same device.
     void renew() {
+        end();
         auto next = boost::make_shared<Device>();
         next->answers = device_->answers;
         next->set_server_address("camera");
@@ -159,5 +162,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Session session(input);
     for (int steps = 0; steps < kMostSteps && !input.empty(); ++steps)
         session.step();
+    session.end();
     return 0;
 }
