@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include <arpa/inet.h>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -35,14 +36,37 @@ std::size_t declaredLength(const std::string& head) {
     return static_cast<std::size_t>(readLong(headerOf(head, "Content-Length")));
 }
 
-sockaddr_in loopback() {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
+struct AddressFree {
+    void operator()(addrinfo* address) const { ::freeaddrinfo(address); }
+};
+
+bool isOfVersion6(std::string_view host) { return host.find(':') != std::string_view::npos; }
+
+/// A socket that listens on a port of the system's choice; -1 when there is none to be had.
+int listenOn(const std::string& host) {
+    addrinfo hints{};
+    hints.ai_flags = AI_NUMERICHOST;
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (::getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0)
+        return -1;
+    const std::unique_ptr<addrinfo, AddressFree> address(found);
+    const int listener = ::socket(address->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (listener >= 0 && ::bind(listener, address->ai_addr, address->ai_addrlen) == 0 &&
+        ::listen(listener, 64) == 0)
+        return listener;
+    if (listener >= 0)
+        ::close(listener);
+    return -1;
 }
 
-sockaddr* generic(sockaddr_in& address) { return reinterpret_cast<sockaddr*>(&address); }
+unsigned int portOf(int listener) {
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+    // The port stands at the same place in both kinds of addresses.
+    return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
+}
 
 } // namespace
 
@@ -99,14 +123,14 @@ void RawConnection::reset() {
     ::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &discard, sizeof discard);
 }
 
-RawServer::RawServer(Script script, Layer layer) : script_(std::move(script)), layer_(std::move(layer)) {
-    listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = loopback();
-    socklen_t size = sizeof address;
-    if (listener_ < 0 || ::bind(listener_, generic(address), size) != 0 || ::listen(listener_, 64) != 0 ||
-        ::getsockname(listener_, generic(address), &size) != 0)
-        throw std::runtime_error("no listening socket on loopback");
-    port_ = ntohs(address.sin_port);
+RawServer::RawServer(Script script, Layer layer, std::string host)
+    : script_(std::move(script)),
+      layer_(std::move(layer)),
+      host_(std::move(host)),
+      listener_(listenOn(host_)) {
+    if (listener_ < 0)
+        throw std::runtime_error("no listening socket on " + host_);
+    port_ = portOf(listener_);
     accepting_ = std::thread([this] { accept(); });
 }
 
@@ -124,7 +148,8 @@ RawServer::~RawServer() {
 }
 
 std::string RawServer::url(std::string_view target) const {
-    return "http://127.0.0.1:" + std::to_string(port_) + std::string(target);
+    const std::string host = isOfVersion6(host_) ? "[" + host_ + "]" : host_;
+    return "http://" + host + ":" + std::to_string(port_) + std::string(target);
 }
 
 std::vector<std::string> RawServer::requests() const {

@@ -66,7 +66,9 @@ public:
     /// Makes the layer over a connected socket; null when the client cannot be talked to.
     using Layer = std::function<std::unique_ptr<ByteStream>(int socket)>;
 
-    explicit RawServer(Script script, Layer layer = {});
+    /// Listens on `host`, an address of this machine in numbers.
+    /// @throws std::runtime_error when the machine does not have it
+    explicit RawServer(Script script, Layer layer = {}, std::string host = "127.0.0.1");
     ~RawServer();
     RawServer(const RawServer&) = delete;
     RawServer& operator=(const RawServer&) = delete;
@@ -90,6 +92,7 @@ private:
 
     Script script_;
     Layer layer_;
+    std::string host_;
     int listener_ = -1;
     unsigned int port_ = 0;
     std::atomic<bool> ending_{false};
