@@ -22,28 +22,21 @@ void pauseAMoment(std::mt19937& random) {
 } // namespace
 
 Clients::Clients(const std::vector<Unit>& units, Ledger& ledger, unsigned int count, unsigned int seed)
-    : ledger_(ledger) {
-    for (unsigned int i = 0; i < count; ++i)
-        threads_.emplace_back(
-            [this, &unit = units[i % units.size()], seed, i] { use(unit, seed + 100 * i); });
-}
+    : ledger_(ledger), crew_("client", ledger, count, [this, &units, seed](Crew::Member& member) {
+          use(member, units[member.number() % units.size()], seed + 100 * member.number());
+      }) {}
 
-void Clients::join() {
-    ending_ = true;
-    for (std::thread& thread : threads_)
-        if (thread.joinable())
-            thread.join();
-}
-
-void Clients::use(const Unit& unit, unsigned int seed) {
-    while (!ending_) {
+void Clients::use(Crew::Member& member, const Unit& unit, unsigned int seed) {
+    while (!member.shouldEnd()) {
         const std::unique_ptr<IHttpClient, Release> client(CreateIHttpClient());
         if (!client)
             return ledger_.complain("no HTTP client could be made");
         std::atomic<bool> done{false};
         std::thread other([&] { interfere(*client, done, ++seed); });
-        for (int i = 0; i < kRequestsOfAClient && !ending_; ++i)
+        for (int i = 0; i < kRequestsOfAClient && !member.shouldEnd(); ++i) {
+            member.moves();
             requestOnce(*client, unit, i % 8 == 0);
+        }
         done = true;
         other.join();
     }
@@ -85,19 +78,20 @@ void Clients::interfere(IHttpClient& client, const std::atomic<bool>& done, unsi
     }
 }
 
-Meddler::Meddler() : thread_([this] { run(); }) {}
+Meddler::Meddler(Ledger& ledger)
+    : crew_("meddler", ledger, 1, [this](Crew::Member& member) { run(member); }) {}
 
-void Meddler::join() {
-    ending_ = true;
-    if (thread_.joinable())
-        thread_.join();
+bool Meddler::end() {
+    const bool ended = crew_.end();
     traceToNowhere();
+    return ended;
 }
 
-void Meddler::run() {
+void Meddler::run(Crew::Member& member) {
     std::mt19937 random(1);
     const auto count = [](const char*, void* self) { ++static_cast<Meddler*>(self)->lines_; };
-    while (!ending_) {
+    while (!member.shouldEnd()) {
+        member.moves();
         pauseAMoment(random);
         random() % 2 == 0 ? traceToNowhere() : traceToCallback(count, this);
         setRequestTimeLimit(static_cast<unsigned int>(kTimeLimit.count()));

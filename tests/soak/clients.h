@@ -2,6 +2,7 @@
 /// HTTP clients that are aborted and closed by threads that do not own them.
 #pragma once
 
+#include "crew.h"
 #include "fleet.h"
 #include "ledger.h"
 
@@ -9,21 +10,21 @@
 
 #include <atomic>
 #include <memory>
-#include <thread>
 #include <vector>
 
 namespace koine::soak {
 
 /// One client, a thread that makes requests of it, and one that interferes. Clients are made anew now and
-/// then. From construction to `join`.
+/// then. From construction to `end`.
 class Clients {
 public:
     Clients(const std::vector<Unit>& units, Ledger& ledger, unsigned int count, unsigned int seed);
-    ~Clients() { join(); }
     Clients(const Clients&) = delete;
     Clients& operator=(const Clients&) = delete;
 
-    void join();
+    bool moves() const { return crew_.moves(); }
+    /// @return whether all threads ended
+    bool end() { return crew_.end(); }
 
     std::uint64_t requests() const { return requests_; }
     std::uint64_t aborted() const { return aborted_; }
@@ -33,35 +34,35 @@ private:
         void operator()(IHttpClient* client) const { client->Release(); }
     };
 
-    void use(const Unit& unit, unsigned int seed);
+    void use(Crew::Member& member, const Unit& unit, unsigned int seed);
     void requestOnce(IHttpClient& client, const Unit& unit, bool fresh);
     void interfere(IHttpClient& client, const std::atomic<bool>& done, unsigned int seed) const;
 
     Ledger& ledger_;
-    std::atomic<bool> ending_{false};
     std::atomic<std::uint64_t> requests_{0};
     std::atomic<std::uint64_t> aborted_{0};
-    std::vector<std::thread> threads_;
+    Crew crew_;
 };
 
 /// Changes, while others are at work, everything that a host may change at any time.
 class Meddler {
 public:
-    Meddler();
-    ~Meddler() { join(); }
+    explicit Meddler(Ledger& ledger);
+    ~Meddler() { end(); }
     Meddler(const Meddler&) = delete;
     Meddler& operator=(const Meddler&) = delete;
 
-    void join();
+    bool moves() const { return crew_.moves(); }
+    /// @return whether it ended
+    bool end();
 
     std::uint64_t tracedLines() const { return lines_; }
 
 private:
-    void run();
+    void run(Crew::Member& member);
 
-    std::atomic<bool> ending_{false};
     std::atomic<std::uint64_t> lines_{0};
-    std::thread thread_;
+    Crew crew_;
 };
 
 } // namespace koine::soak

@@ -16,10 +16,6 @@ constexpr unsigned int kUsers = 6;
 // A loaded machine may hold up the devices and the threads that ask ahead; a time limit that does not work
 // would cost far more.
 constexpr std::chrono::milliseconds kScheduling{1000};
-// Every thread may wait for all others at one lock, each with a line of ten requests.
-constexpr std::chrono::seconds kStuck{60};
-
-std::int64_t ticksNow() { return Clock::now().time_since_epoch().count(); }
 
 } // namespace
 
@@ -56,13 +52,15 @@ void SharedObjects::clear() {
 /// One host thread.
 class Host::Worker {
 public:
-    Worker(Host& host, unsigned int number, unsigned int seed)
-        : host_(host), busySince_(host.busySince_[number]), random_(seed) {}
+    Worker(Host& host, Crew::Member& member, unsigned int seed)
+        : host_(host), member_(member), asking_(host.asking_[member.number()]), random_(seed) {}
 
     void run() {
-        while (!host_.ending_)
+        while (!member_.shouldEnd()) {
             useOneObject();
-        host_.ledger_.add(tallies_);
+            host_.ledger_.add(tallies_); // what is stuck later takes nothing with it
+            tallies_ = {};
+        }
     }
 
 private:
@@ -78,7 +76,7 @@ private:
         const auto object = isShared ? host_.shared_.get(unit) : makeObject(unit);
         host_.objectsMade_ += isShared ? 0 : 1;
         const int lines = 1 + static_cast<int>(pick(kMostLines));
-        for (int i = 0; i < lines && !host_.ending_; ++i)
+        for (int i = 0; i < lines && !member_.shouldEnd(); ++i)
             useOnce(*object, unit, isShared);
     }
 
@@ -89,19 +87,20 @@ private:
         const Kind& kind = kKinds[number];
         Tally& tally = tallies_[number];
         const std::uint64_t sentBefore = object.requestsSent();
-        ++tally.begun;
         const auto waitedBefore = test::threadWaitingTime();
         const Clock::time_point start = Clock::now();
-        busySince_ = ticksNow();
+        member_.moves();
+        asking_ = static_cast<int>(number);
         const Answer answer = send(object, unit, 1 + pick(kUsers), kind);
-        busySince_ = 0;
+        asking_ = kNothing;
+        member_.moves();
         const Duration took = Clock::now() - start;
         ++tally.ended;
         if (!count(tally, answer.result))
             complain(kind, unit, "result " + std::to_string(answer.result));
         tally.longest = std::max(tally.longest, took);
         if (const std::string fault = faultOf(answer, kind, unit); !fault.empty()) {
-            ++tally.faults;
+            ++(lacksItsText(answer, kind) ? tally.lost : tally.faults);
             complain(kind, unit,
                      fault + ": result " + std::to_string(answer.result) + ", \"" +
                          answer.text.substr(0, 300) + "\"");
@@ -137,37 +136,30 @@ private:
     }
 
     Host& host_;
-    std::atomic<std::int64_t>& busySince_;
+    Crew::Member& member_;
+    std::atomic<int>& asking_;
     std::mt19937 random_;
     std::array<Tally, kKinds.size()> tallies_{};
 };
 
 Host::Host(const std::vector<Unit>& units, Ledger& ledger, unsigned int threads, unsigned int seed)
-    : units_(units), ledger_(ledger), shared_(units), busySince_(threads) {
-    objectsMade_ = units.size();
-    for (unsigned int number = 0; number < threads; ++number)
-        threads_.emplace_back([this, number, seed] { Worker(*this, number, seed + 1 + number).run(); });
+    : units_(units),
+      ledger_(ledger),
+      shared_(units),
+      objectsMade_(units.size()),
+      asking_(threads),
+      crew_("host thread", ledger, threads,
+            [this, seed](Crew::Member& member) { Worker(*this, member, seed + 1 + member.number()).run(); }) {
 }
 
-Host::~Host() { join(); }
-
-void Host::join() {
-    ending_ = true;
-    for (std::thread& thread : threads_)
-        if (thread.joinable())
-            thread.join();
-    shared_.clear();
-}
-
-bool Host::moves() const {
-    for (std::size_t number = 0; number < busySince_.size(); ++number) {
-        const std::int64_t since = busySince_[number];
-        if (since != 0 && Duration(ticksNow() - since) > kStuck) {
-            ledger_.complain("host thread " + std::to_string(number) + " is stuck in a request");
-            return false;
-        }
-    }
-    return true;
+bool Host::end() {
+    const bool allEnded = crew_.end();
+    for (const std::atomic<int>& kind : asking_)
+        if (kind != kNothing)
+            ledger_.lose(static_cast<std::size_t>(kind));
+    if (allEnded)
+        shared_.clear();
+    return allEnded;
 }
 
 } // namespace koine::soak

@@ -2,6 +2,7 @@
 /// The host: threads that make request objects, use them, share them and throw them away.
 #pragma once
 
+#include "crew.h"
 #include "fleet.h"
 #include "ledger.h"
 
@@ -11,7 +12,6 @@
 #include <chrono>
 #include <mutex>
 #include <random>
-#include <thread>
 #include <vector>
 
 namespace koine::soak {
@@ -37,33 +37,30 @@ private:
 /// A request object for a device, ready for use.
 boost::shared_ptr<DialectRequest> makeObject(const Unit& unit);
 
-/// Host threads, from construction to `join`.
+/// Host threads, from construction to `end`.
 class Host {
 public:
     Host(const std::vector<Unit>& units, Ledger& ledger, unsigned int threads, unsigned int seed);
-    ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    void join();
+    bool moves() const { return crew_.moves(); }
 
-    /// Complains when a thread has been in one request for longer than any request may last.
-    /// @return whether all of them move
-    bool moves() const;
+    /// @return whether all threads ended; the requests of those that did not are lost
+    bool end();
 
     std::uint64_t objectsMade() const { return objectsMade_; }
 
 private:
     class Worker;
+    static constexpr int kNothing = -1;
 
     const std::vector<Unit>& units_;
     Ledger& ledger_;
     SharedObjects shared_;
-    std::atomic<bool> ending_{false};
     std::atomic<std::uint64_t> objectsMade_{0};
-    /// When each thread began the request that it is in; 0 when it is in none.
-    std::vector<std::atomic<std::int64_t>> busySince_;
-    std::vector<std::thread> threads_;
+    std::vector<std::atomic<int>> asking_; ///< the kind of request that each thread is in, or `kNothing`
+    Crew crew_;                            // the threads use all of the above
 };
 
 } // namespace koine::soak

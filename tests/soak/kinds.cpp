@@ -55,6 +55,11 @@ Answer send(DialectRequest& device, const Unit& unit, unsigned int uid, const Ki
     return answer;
 }
 
+bool lacksItsText(const Answer& answer, const Kind& kind) {
+    const bool mayBeEmpty = kind.asMap || (answer.ok() && kind.proof == Proof::echo);
+    return answer.text.empty() && !mayBeEmpty;
+}
+
 std::string faultOf(const Answer& answer, const Kind& kind, const Unit& unit) {
     if (answer.ok())
         return faultOfSuccess(answer.text, kind.proof, unit);

@@ -58,6 +58,9 @@ Answer send(DialectRequest& device, const Unit& unit, unsigned int uid, const Ki
 /// Does the text carry a mark that is not this one?
 bool showsAnother(std::string_view text, std::string_view mark);
 
+/// Is there no text at all where one is due? A failure always has one.
+bool lacksItsText(const Answer& answer, const Kind& kind);
+
 /// What is wrong with an answer; empty when nothing is.
 std::string faultOf(const Answer& answer, const Kind& kind, const Unit& unit);
 

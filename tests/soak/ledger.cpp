@@ -16,16 +16,15 @@ void printRow(const char* name, const Tally& tally) {
     for (const std::uint64_t count : tally.results)
         std::printf(" %8llu", static_cast<unsigned long long>(count));
     std::printf(" %6llu %6llu %6llu %6llu %8.0f\n", static_cast<unsigned long long>(tally.otherResults),
-                static_cast<unsigned long long>(tally.begun - tally.ended),
-                static_cast<unsigned long long>(tally.faults), static_cast<unsigned long long>(tally.late),
-                milliseconds(tally.longest));
+                static_cast<unsigned long long>(tally.lost), static_cast<unsigned long long>(tally.faults),
+                static_cast<unsigned long long>(tally.late), milliseconds(tally.longest));
 }
 
 } // namespace
 
 void Tally::add(const Tally& other) {
-    begun += other.begun;
     ended += other.ended;
+    lost += other.lost;
     for (std::size_t i = 0; i < results.size(); ++i)
         results[i] += other.results[i];
     otherResults += other.otherResults;
@@ -38,6 +37,11 @@ void Ledger::add(const std::array<Tally, kKinds.size()>& tallies) {
     const std::lock_guard<std::mutex> guard(mutex_);
     for (std::size_t i = 0; i < tallies.size(); ++i)
         tallies_[i].add(tallies[i]);
+}
+
+void Ledger::lose(std::size_t kind) {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    ++tallies_.at(kind).lost;
 }
 
 void Ledger::complain(const std::string& what) {
@@ -59,7 +63,7 @@ Tally Ledger::total() const {
 }
 
 void Ledger::print() const {
-    std::printf("%-26s %9s", "REQUESTS", "ANSWERED");
+    std::printf("%-26s %9s", "REQUESTS", "ENDED");
     for (const int result : kResults)
         std::printf(" %8d", result);
     std::printf(" %6s %6s %6s %6s %8s\n", "OTHER", "LOST", "WRONG", "LATE", "LONGEST");

@@ -20,8 +20,8 @@ inline constexpr std::array<int, 11> kResults = {1, 0, -1, -2, -3, -4, -5, -6, -
 
 /// Of one kind.
 struct Tally {
-    std::uint64_t begun = 0;
     std::uint64_t ended = 0;
+    std::uint64_t lost = 0; ///< never ended, or without any text where one is due
     std::array<std::uint64_t, kResults.size()> results{};
     std::uint64_t otherResults = 0;
     std::uint64_t faults = 0; ///< answers that cannot be right
@@ -31,11 +31,13 @@ struct Tally {
     void add(const Tally& other);
 };
 
-/// The whole run. Threads keep tallies of their own and add them at their end; what went wrong is told at
+/// The whole run. Threads keep tallies of their own and add them now and then; what went wrong is told at
 /// once.
 class Ledger {
 public:
     void add(const std::array<Tally, kKinds.size()>& tallies);
+    /// A request of this kind is stuck.
+    void lose(std::size_t kind);
     void complain(const std::string& what);
 
     const std::array<Tally, kKinds.size()>& tallies() const { return tallies_; }
