@@ -5,6 +5,7 @@
 #include "devices/prefetch.h"
 #include "devices/prefetching_client.h"
 #include "tests/devices/scripted_client.h"
+#include "text/owned_text.h"
 
 #include <gtest/gtest.h>
 
@@ -290,6 +291,32 @@ TEST_F(PrefetchTest, AFailedLoginEndsWhatIsUnderWay) {
     EXPECT_EQ(peer.aborted(), 1);
     EXPECT_EQ(linesOf(2), Lines{kAnalytics});
     EXPECT_EQ(peer.clientsAlive(), 1);
+}
+
+TEST_F(PrefetchTest, WhatNobodyTookIsAskedAnewInTheNextFill) {
+    peer.fails(kLogin, -5);
+    peer.hold(kLogin);
+    peer.hold(kNotification);
+    std::future<int> result = fillMeanwhile();
+    EXPECT_TRUE(peer.awaits(4));
+    EXPECT_EQ(linesOf(2), (Lines{kAnalytics, kMisc, kNotification})) << "it has the first two by now";
+    peer.letGo(kLogin);
+    EXPECT_EQ(result.get(), -5);
+    peer.letGo(kNotification);
+
+    peer.answers(kLogin, "0\nOK\n");
+    peer.answers("category=Misc.*", "0\nOK\nMisc.A=2\n");
+    peer.answers("category=VideoAnalytics.*", "0\nOK\nVideoAnalytics.Count=2\n");
+    EXPECT_EQ(device->cacheCgi(1), 1);
+    OwnedText misc;
+    OwnedText analytics;
+    EXPECT_EQ(device->getCacheConfigMisc(1, 0, nullptr, nullptr, OutText(misc)), 1);
+    EXPECT_EQ(device->getCacheConfigVideoAnalytics(1, 0, nullptr, nullptr, OutText(analytics)), 1);
+    EXPECT_STREQ(misc.get(), "0\nOK\nMisc.A=2\n");
+    EXPECT_STREQ(analytics.get(), "0\nOK\nVideoAnalytics.Count=2\n");
+    const Lines all = linesOf(0);
+    EXPECT_EQ(std::count(all.begin(), all.end(), kMisc), 2);
+    EXPECT_EQ(std::count(all.begin(), all.end(), kAnalytics), 2);
 }
 
 TEST_F(PrefetchTest, AfterAFailureOnlyADeviceThatHasAnsweredIsAskedAhead) {

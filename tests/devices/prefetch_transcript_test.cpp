@@ -246,6 +246,9 @@ TEST(PrefetchTranscript, IsTheSameForEveryDevice) {
         ASSERT_EQ(plain.prefetched, 0U);
         prefetched += ahead.prefetched;
         // Nothing may be missing; and when all goes well, nothing may be asked that was not asked before.
+        ASSERT_TRUE(std::includes(ahead.requests.begin(), ahead.requests.end(), plain.requests.begin(),
+                                  plain.requests.end()))
+            << "seed " << seed;
         if (allSucceeded(plain)) {
             ++successes;
             ASSERT_EQ(ahead.requests, plain.requests) << "seed " << seed;
