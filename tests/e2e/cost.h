@@ -4,6 +4,7 @@
 
 #include "devices/answer.h"
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -27,6 +28,11 @@ inline constexpr std::chrono::milliseconds kLongLimit{20'000};
 
 inline constexpr std::size_t kBodyLimit = std::size_t{1} << 20;
 inline constexpr std::size_t kMostMemory = kBodyLimit + (std::size_t{1} << 20);
+
+/// A thread's account holds all of a line's memory only where the line has no helpers that ask ahead: what
+/// one of them took, the asking thread may give back.
+inline constexpr std::array<unsigned int, 2> kConnections = {1, 2};
+inline constexpr std::size_t kAnyMemory = SIZE_MAX;
 
 /// What the caches of a device may take that claims more media profiles than any device has.
 inline constexpr std::size_t kMostCacheMemory = std::size_t{16} << 20;

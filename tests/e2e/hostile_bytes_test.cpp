@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <thread>
 #include <vector>
 
@@ -121,30 +123,37 @@ const std::vector<Misdeed>& misdeeds() {
     return all;
 }
 
+void expectNoHarm(const Misdeed& misdeed, const RequestKind& kind, const Limits& limits,
+                  unsigned int connections) {
+    const std::string what = kind.name + (", connections: " + std::to_string(connections));
+    IllCamera camera(misdeed.behaviour, "");
+    const auto object = camera.object(connections);
+    const Cost cost = costOf([&] { return ask(*object, kind); });
+    expectCheap(cost, what, limits.time(), {object->requestsSent(), object->requestsFailed()},
+                connections == 1 ? misdeed.mostMemory : kAnyMemory);
+    EXPECT_TRUE(isStated(cost.answer)) << what << ": " << cost.answer.text;
+    if (misdeed.result != kAny) {
+        EXPECT_EQ(cost.answer.result, misdeed.result) << what;
+    }
+    // At most five for each, challenges included, and what was asked ahead.
+    const std::size_t ahead = connections == 1 ? 0 : 8;
+    EXPECT_LE(camera.server().requests().size(), 5 * object->requestsSent() + ahead) << what;
+    camera.heal();
+    EXPECT_EQ(request(*object, 1, "PTZ.cgi?stop=1").result, 1) << what << ", healed";
+}
+
 class HostileBytes : public testing::TestWithParam<Misdeed> {};
 
 TEST_P(HostileBytes, HarmNoKindOfRequest) {
     const Misdeed& misdeed = GetParam();
     const Limits limits(misdeed.result == -4 ? kShortLimit : kLongLimit);
-    std::vector<std::thread> threads; // most of the time is waiting
-    for (const RequestKind& kind : kRequestKinds)
-        threads.emplace_back([&] {
-            IllCamera camera(misdeed.behaviour, "");
-            const auto object = camera.object();
-            const Cost cost = costOf([&] { return ask(*object, kind); });
-            expectCheap(cost, kind.name, limits.time(), {object->requestsSent(), object->requestsFailed()},
-                        misdeed.mostMemory);
-            EXPECT_TRUE(isStated(cost.answer)) << kind.name << ": " << cost.answer.text;
-            if (misdeed.result != kAny) {
-                EXPECT_EQ(cost.answer.result, misdeed.result) << kind.name;
-            }
-            // At most five for each, challenges included, and what was asked ahead.
-            EXPECT_LE(camera.server().requests().size(), 5 * object->requestsSent() + 8) << kind.name;
-            camera.heal();
-            EXPECT_EQ(request(*object, 1, "PTZ.cgi?stop=1").result, 1) << kind.name << ", healed";
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    for (const unsigned int connections : kConnections) {
+        std::vector<std::thread> threads; // most of the time is waiting
+        for (const RequestKind& kind : kRequestKinds)
+            threads.emplace_back([&] { expectNoHarm(misdeed, kind, limits, connections); });
+        for (std::thread& thread : threads)
+            thread.join();
+    }
 }
 
 /// A text of `kBodyLimit` whose last value is a list of pieces, each made of its number.
@@ -207,7 +216,7 @@ TEST(HostileBytes, ListsMultiplyWithinTheStatedMemory) {
             costOf([&] { return request(*object, 1, "Config.cgi?action=get&category=Media.*"); });
         EXPECT_EQ(cost.answer.result, 1) << each.name;
         EXPECT_LE(cost.memory, kMostListMemory) << each.name;
-        EXPECT_LE(cost.processor.count(), 10 * mostProcessorTime().count()) << each.name;
+        EXPECT_LE(cost.processor.count(), 2 * mostProcessorTime().count()) << each.name;
         RecordProperty(each.name, static_cast<int>(cost.memory >> 10U));
     }
 }
@@ -216,27 +225,46 @@ TEST(HostileBytes, ListsMultiplyWithinTheStatedMemory) {
 class TraceReader {
 public:
     TraceReader() {
-        traceToCallback([](const char*, void*) {}, nullptr);
+        traceToCallback(
+            [](const char* line, void* self) {
+                auto& longest = static_cast<TraceReader*>(self)->longest_;
+                longest = std::max(longest, std::strlen(line));
+            },
+            this);
     }
     ~TraceReader() { traceToNowhere(); }
     TraceReader(const TraceReader&) = delete;
     TraceReader& operator=(const TraceReader&) = delete;
+
+    std::size_t longest() const { return longest_; }
+
+private:
+    std::size_t longest_ = 0;
 };
 
+/// Masking a megabyte of '=' takes 22 ms, and 620 ms where nothing is inlined.
+std::chrono::milliseconds mostTracedTime() {
+#ifdef __OPTIMIZE__
+    return mostProcessorTime();
+#else
+    return 5 * mostProcessorTime();
+#endif
+}
+
 TEST(HostileBytes, TracedAreAsCheapAsOthers) {
-    const TraceReader reader;
     const Limits limits(kLongLimit);
     for (const char* const piece : {"=", "://", "password=&"}) {
-        std::string text =
-            "0\nOK\nMedia.Profiles.Count=1\nMedia.Profiles.Profile1.VideoEncoderConfiguration.token=";
+        const TraceReader reader;
+        std::string text = "0\nOK\nMedia.Profiles.Count=1\nMedia.Profiles.Profile1.token=";
         while (text.size() < kBodyLimit - 20)
             text += piece;
         IllCamera camera(saying(answerText("200 OK", text + "\n")), "category=Media");
         const auto object = camera.object();
         for (const RequestKind& kind : kRequestKinds) {
             const Cost cost = costOf([&] { return ask(*object, kind); });
-            EXPECT_LE(cost.processor.count(), 30 * mostProcessorTime().count()) << kind.name << " " << piece;
+            EXPECT_LE(cost.processor.count(), mostTracedTime().count()) << kind.name << " " << piece;
         }
+        EXPECT_GT(reader.longest(), kBodyLimit / 2) << piece;
     }
 }
 
@@ -305,7 +333,7 @@ TEST(HostileBytes, ALineOf10MebibytesWithinTheLimitIsTaken) {
         EXPECT_TRUE(isStated(cost.answer)) << kind.name;
         // The client's body, the copy that a step gets, what is kept of it and the answer made of that.
         EXPECT_LE(cost.memory, std::size_t{45} << 20) << kind.name;
-        EXPECT_LE(cost.processor.count(), 5 * mostProcessorTime().count()) << kind.name;
+        EXPECT_LE(cost.processor.count(), mostProcessorTime().count()) << kind.name;
         RecordProperty(kind.name, static_cast<int>(cost.memory >> 10));
     }
 }

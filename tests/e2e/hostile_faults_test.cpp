@@ -10,6 +10,9 @@
 
 #include <functional>
 #include <memory>
+#include <set>
+#include <sstream>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -92,20 +95,22 @@ int expectedResult(const Fault& fault, const RequestKind& kind, Place place) {
 /// A device and a kind of request, before and after the device is healed.
 class Trial {
 public:
-    Trial(const Fault& fault, const RequestKind& kind, Place place)
+    Trial(const Fault& fault, const RequestKind& kind, Place place, unsigned int connections)
         : fault_(fault),
           kind_(kind),
           place_(place),
           text_(faultText(fault, kind, place)),
-          what_(std::string(kind.name) + ", " + text_),
+          what_(std::string(kind.name) + ", " + text_ + ", connections: " + std::to_string(connections)),
           // Digest is asked for before the second place is reached.
-          rig_(place == Place::everywhere ? AuthKind::none : AuthKind::digestMd5) {}
+          rig_(place == Place::everywhere ? AuthKind::none : AuthKind::digestMd5) {
+        rig_.device().setConnections(connections);
+    }
 
     void expectEndsWell(milliseconds limit) {
         rig_.misbehave(text_);
         const Cost cost = costOf([&] { return ask(rig_.device(), kind_); });
         expectCheap(cost, what_, limit, {rig_.device().requestsSent(), rig_.device().requestsFailed()},
-                    contains(text_, "Profiles.Count") ? kMostCacheMemory : kMostMemory);
+                    mostMemory());
         EXPECT_TRUE(isStated(cost.answer)) << what_ << ": " << cost.answer.result << cost.answer.text;
         if (fault_.result != kDependsOnTheKind) {
             EXPECT_EQ(cost.answer.result, expectedResult(fault_, kind_, place_)) << what_;
@@ -120,6 +125,12 @@ public:
     }
 
 private:
+    std::size_t mostMemory() {
+        if (rig_.device().connections() != 1)
+            return kAnyMemory;
+        return contains(text_, "Profiles.Count") ? kMostCacheMemory : kMostMemory;
+    }
+
     const Fault& fault_;
     const RequestKind& kind_;
     const Place place_;
@@ -141,17 +152,35 @@ class HostileFaults : public testing::TestWithParam<Fault> {};
 
 TEST_P(HostileFaults, HarmNoKindOfRequest) {
     const Fault& fault = GetParam();
-    std::vector<std::unique_ptr<Trial>> trials;
-    for (const RequestKind& kind : kRequestKinds) {
-        trials.push_back(std::make_unique<Trial>(fault, kind, Place::everywhere));
-        if (takesPath(fault))
-            trials.push_back(std::make_unique<Trial>(fault, kind, Place::atItsOwnRequest));
+    for (const unsigned int connections : kConnections) {
+        std::vector<std::unique_ptr<Trial>> trials;
+        for (const RequestKind& kind : kRequestKinds) {
+            trials.push_back(std::make_unique<Trial>(fault, kind, Place::everywhere, connections));
+            if (takesPath(fault))
+                trials.push_back(std::make_unique<Trial>(fault, kind, Place::atItsOwnRequest, connections));
+        }
+        {
+            const Limits limits(fault.result == -4 ? kShortLimit : kLongLimit);
+            forAll(trials, [&](Trial& trial) { trial.expectEndsWell(limits.time()); });
+        }
+        forAll(trials, [](Trial& trial) { trial.expectHealed(); });
     }
-    {
-        const Limits limits(fault.result == -4 ? kShortLimit : kLongLimit);
-        forAll(trials, [&](Trial& trial) { trial.expectEndsWell(limits.time()); });
-    }
-    forAll(trials, [](Trial& trial) { trial.expectHealed(); });
+}
+
+/// The words that the simulated device knows.
+std::set<std::string> faultWords() {
+    std::set<std::string> words;
+    std::istringstream help(sim::faultHelp());
+    for (std::string line; std::getline(help, line);)
+        words.insert(line.substr(0, line.find_first_of("=[ ")));
+    return words;
+}
+
+TEST(HostileFaults, AreAllThatTheDeviceKnows) {
+    std::set<std::string> tried;
+    for (const Fault& fault : kFaults)
+        tried.emplace(sim::faultName(sim::parseFault(fault.text).kind));
+    EXPECT_EQ(tried, faultWords());
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, HostileFaults, testing::ValuesIn(kFaults));

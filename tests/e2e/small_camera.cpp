@@ -35,10 +35,11 @@ IllCamera::IllCamera(Misbehaviour misbehaviour, std::string_view path)
 
 std::string IllCamera::url() const { return "http://127.0.0.1:" + std::to_string(server_.port()); }
 
-boost::shared_ptr<DialectRequest> IllCamera::object() const {
+boost::shared_ptr<DialectRequest> IllCamera::object(unsigned int connections) const {
     DeviceOptions options;
     options.username = kUser;
     options.password = kPassword;
+    options.connections = connections;
     return openDevice(url(), options);
 }
 

@@ -28,8 +28,8 @@ public:
     std::string url() const;
     const RawServer& server() const { return server_; }
 
-    /// An object for it.
-    boost::shared_ptr<DialectRequest> object() const;
+    /// An object for it that uses so many connections.
+    boost::shared_ptr<DialectRequest> object(unsigned int connections = 1) const;
 
 private:
     void serve(RawConnection& connection) const;
