@@ -102,6 +102,9 @@ def prove(kept, kinds):
 
 def check(toolchain, operations):
     baseline = load_baseline()
+    if baseline["calls"] != CALLS:
+        sys.exit(f"gate: the baseline is of {baseline['calls']} calls, now {CALLS} are counted; "
+                 "`./run gate --update` renews it")
     kinds = COUNTS
     if baseline["toolchain"] != toolchain:
         kinds = COUNTS[1:]

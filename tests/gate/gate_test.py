@@ -21,9 +21,9 @@ def counted(calls=gate.CALLS, **changed):
 
 
 class Gate(unittest.TestCase):
-    def check(self, toolchain=HERE, grows=True, **changed):
+    def check(self, toolchain=HERE, grows=True, calls=gate.CALLS, **changed):
         """Gives the exit code and what was printed."""
-        baseline = {"toolchain": HERE, "calls": gate.CALLS, "operations": {gate.PROOF: KEPT}}
+        baseline = {"toolchain": HERE, "calls": calls, "operations": {gate.PROOF: KEPT}}
         with tempfile.TemporaryDirectory() as folder:
             file = pathlib.Path(folder) / "baseline.json"
             file.write_text(json.dumps(baseline))
@@ -65,6 +65,11 @@ class Gate(unittest.TestCase):
 
     def test_another_toolchain_must_not_allocate_more(self):
         self.assertEqual(self.check(toolchain="Clang 14, there", allocations=40)[0], 1)
+
+    def test_a_baseline_of_another_number_of_calls_is_refused(self):
+        with self.assertRaises(SystemExit) as ended:
+            self.check(calls=gate.CALLS + 1)
+        self.assertIn(f"the baseline is of {gate.CALLS + 1} calls", str(ended.exception))
 
     def test_a_gate_that_notices_nothing_says_so(self):
         with self.assertRaises(SystemExit) as ended:
