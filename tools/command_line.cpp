@@ -129,7 +129,7 @@ private:
         addHowToConnect(sub, target);
         sub.add_option("--uid", target.uid, "number of the stream user that asks (default 1)")
             ->type_name("N");
-        addVerbose(sub, target);
+        addVerbose(sub, target.trace);
     }
 
     static void addTimeout(CLI::App& sub, ConnectionOptions& target, const char* description) {
@@ -149,9 +149,8 @@ private:
         sub.add_option("--vendor", target.vendor, "vendor text, for example TOVLIN")->type_name("TEXT");
     }
 
-    static void addVerbose(CLI::App& sub, ConnectionOptions& target) {
-        sub.add_flag("-v,--verbose,--trace", target.trace,
-                     "write the library's diagnostics to standard error");
+    static void addVerbose(CLI::App& sub, bool& trace) {
+        sub.add_flag("-v,--verbose,--trace", trace, "write the library's diagnostics to standard error");
     }
 
     static void addJson(CLI::App& sub, bool& json) { sub.add_flag("--json", json, "write JSON"); }
@@ -329,7 +328,7 @@ Exit codes: 0 all devices answered, 1 some did not, 2 usage, 5 none answered,
             ->type_name("FILE");
         addTimeout(sub, command->target, "time limit of each device as a whole (default 30)");
         addHowToConnect(sub, command->target);
-        addVerbose(sub, command->target);
+        addVerbose(sub, command->target.trace);
         addJson(sub, command->json);
     }
 
@@ -385,6 +384,7 @@ Several faults may be given.)");
                        "milliseconds that each answer takes (default 20)")
             ->type_name("N")
             ->check(quiet(CLI::Range(0, 10000)));
+        addVerbose(sub, command->trace);
         addJson(sub, command->json);
     }
 #endif

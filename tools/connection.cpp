@@ -35,11 +35,16 @@ void keepReason(std::string_view line) {
     g_reason = reason.substr(0, reason.find_last_not_of(". ") + 1);
 }
 
+/// Before each trace line; ends with a blank unless it is empty.
+std::string g_traceMark;
+
 void takeTrace(const char* line, void* /*context*/) { keepReason(line); }
 
 void showTrace(const char* line, void* /*context*/) {
     keepReason(line);
-    std::fprintf(stderr, "%s\n", line);
+    // With one write, or lines of several processes would get into each other.
+    const std::string text = g_traceMark + line + "\n";
+    std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
 /// The library writes some conditions to standard error itself. They are for those who ask for traces.
@@ -71,6 +76,7 @@ private:
 };
 
 void applyHostSettings(const ConnectionOptions& options) {
+    g_traceMark = options.traceMark.empty() ? std::string() : options.traceMark + " ";
     traceToCallback(options.trace ? showTrace : takeTrace, nullptr);
     if (options.timeoutSeconds > 0) {
         const auto milliseconds = static_cast<unsigned int>(std::ceil(options.timeoutSeconds * 1000));

@@ -24,6 +24,7 @@ struct ConnectionOptions {
     unsigned int connections = 2; ///< at a time
     bool insecure = false;
     bool trace = false;
+    std::string traceMark; ///< stands before each trace line, where several processes trace
 };
 
 class Connection {

@@ -18,12 +18,14 @@ CgiMap readStream(std::istream& stream, const std::string& name) {
             continue;
         const std::size_t equals = line.find('=');
         if (equals == std::string::npos || equals == 0)
-            throw Failure(ExitCode::usage, name + ": line " + std::to_string(number) +
-                                               " is no key=value; give a file that koine dump wrote");
+            throw Failure(ExitCode::usage,
+                          name + ": line " + std::to_string(number) +
+                              " is no key=value; give a file that koine dump wrote without --json");
         values[line.substr(0, equals)] = line.substr(equals + 1);
     }
     if (values.empty())
-        throw Failure(ExitCode::usage, name + ": holds no key=value; give a file that koine dump wrote");
+        throw Failure(ExitCode::usage,
+                      name + ": holds no key=value; give a file that koine dump wrote without --json");
     return values;
 }
 

@@ -2,6 +2,8 @@
 
 #include "tools/terminal.h"
 
+#include "text/numbers.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -81,6 +83,14 @@ std::string shortened(std::string_view text, std::size_t width) {
 
 std::string counted(std::size_t count, std::string_view what) {
     return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
+}
+
+std::string timeText(double milliseconds) {
+    // By what would be shown: no "1000 µs" and no "1000.0 ms".
+    if (milliseconds < 0.9995)
+        return fixedText(milliseconds * 1000, 0) + " µs";
+    return milliseconds < 999.95 ? fixedText(milliseconds, 1) + " ms"
+                                 : fixedText(milliseconds / 1000, 1) + " s";
 }
 
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }

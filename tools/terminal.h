@@ -44,6 +44,9 @@ std::string shortened(std::string_view text, std::size_t width);
 /// "1 request", "3 requests".
 std::string counted(std::size_t count, std::string_view what);
 
+/// "40 µs", "12.3 ms", "2.5 s".
+std::string timeText(double milliseconds);
+
 void print(std::string_view text);
 void printLine(std::string_view text = {});
 

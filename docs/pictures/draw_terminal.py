@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Runs a command on a terminal and draws what it shows as SVG.
 
-usage: draw_terminal.py [--leave-out FROM TO]... PICTURE COMMAND [ARGUMENT...]
+usage: draw_terminal.py [--leave-out FROM TO]... [--text FILE] PICTURE COMMAND [ARGUMENT...]
 
 The lines from the first that holds FROM up to the one before the first that holds TO are left out of the picture.
+--text writes all lines to a file as well, without colours: what a document shows beside the picture is of the same run.
 The picture of the first page: docs/pictures/draw_terminal.py --leave-out '2. Stream user 2' 'Summary' \\
     docs/pictures/demo.svg build/release/tools/koine demo
 """
@@ -16,7 +17,7 @@ import subprocess
 import sys
 from xml.sax.saxutils import escape
 
-COLUMNS, ROW, LEFT, TOP, WIDTH = 100, 18, 20, 52, 8.0
+COLUMNS, ROW, LEFT, TOP, WIDTH = 80, 18, 20, 52, 8.0
 WORDS = re.compile(r"\S+(?: \S+)*")  # two blanks between them would become one
 CODE = re.compile(r"\x1b\[([0-9;]*)m")
 COLOURS = {"31": "#f47067", "32": "#6bc46d", "33": "#daaa3f", "36": "#57b6c2"}
@@ -87,10 +88,14 @@ def picture(lines, title):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--leave-out", nargs=2, action="append", default=[], metavar=("FROM", "TO"))
+    parser.add_argument("--text")
     parser.add_argument("picture")
     parser.add_argument("command", nargs=argparse.REMAINDER)
     arguments = parser.parse_args()
     lines = output_of(arguments.command)
+    if arguments.text:
+        with open(arguments.text, "w", encoding="utf-8") as file:
+            file.write("\n".join(CODE.sub("", line) for line in lines) + "\n")
     for first, last in arguments.leave_out:
         lines = without(lines, first, last)
     title = " ".join([os.path.basename(arguments.command[0]), *arguments.command[1:]])

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
+#include <sstream>
 
 namespace koine::test {
 namespace {
@@ -102,12 +104,26 @@ TEST(DemoCommand, ShowsTheWholeJob) {
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.out.find('\x1b'), std::string::npos) << "no colours in a log";
-    for (const char* part :
-         {"device  Login.cgi", "from device, 9 requests", "from device, 1 request,", "from cache",
-          "Media.Profiles.Profile1.VideoEncoderConfiguration.Resolution.Width=1280",
-          "rtsp://127.0.0.1:554/PROFILE-MAIN?encoding=H264&size=1280x720",
-          "rtsp://127.0.0.1:554/PROFILE-MOBILE?", " answered with 401 (Digest)"})
+    for (const char* part : {"device  Login.cgi", "from device, 9 requests", "from device, 1 request,",
+                             "from cache", "Profile1.VideoEncoderConfiguration.Resolution.Width=1280",
+                             "rtsp://127.0.0.1:554/PROFILE-MAIN?encoding=H264&size=1280x720",
+                             "rtsp://127.0.0.1:554/PROFILE-MOBILE?", " answered with 401 (Digest)"})
         EXPECT_TRUE(contains(outcome.out, part)) << part;
+}
+
+TEST(DemoCommand, NoLineIsWiderThanATerminal) {
+    std::istringstream page(runTool({"demo", "--delay", "1"}).out);
+    for (std::string line; std::getline(page, line);) {
+        const auto isFirstByte = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; };
+        EXPECT_LE(std::count_if(line.begin(), line.end(), isFirstByte), 80) << line;
+    }
+}
+
+TEST(DemoCommand, TracesOnlyWhenAsked) {
+    const Outcome outcome = runTool({"demo", "--delay", "0", "-v"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(contains(outcome.err, "#3627 BaseRequest::requestHttpStr: 0, uid=1:0")) << outcome.err;
+    EXPECT_FALSE(contains(outcome.err, "only for the demo")) << "the password";
 }
 
 } // namespace

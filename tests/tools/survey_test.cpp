@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <sstream>
 #include <thread>
 
 namespace koine::test {
@@ -65,6 +66,29 @@ TEST(SurveyCommand, APartialFailureIsToldForEachDeviceAndByTheExitCode) {
                              "  cannot connect\n", "  no answer within 1 s\n", "1 of 4 devices answered"})
         EXPECT_TRUE(contains(outcome.out, part)) << part << outcome.out;
     EXPECT_EQ(outcome.err, "koine: 3 devices did not answer; koine info URL tells more about one\n");
+}
+
+TEST(SurveyCommand, EachTraceLineNamesItsDevice) {
+    GuardedDome first;
+    GuardedDome second;
+    std::istringstream traces(runTool({"survey", "-v", "-"}, lines({first.url(), second.url()})).err);
+    int firstLines = 0;
+    int secondLines = 0;
+    for (std::string line; std::getline(traces, line);) {
+        const std::string device = line.substr(0, line.find(' '));
+        firstLines += device == first.plainUrl() ? 1 : 0;
+        secondLines += device == second.plainUrl() ? 1 : 0;
+        EXPECT_TRUE(device == first.plainUrl() || device == second.plainUrl()) << line;
+    }
+    EXPECT_GT(firstLines, 0);
+    EXPECT_EQ(firstLines, secondLines);
+}
+
+TEST(SurveyCommand, NoTimeIsShownAsNone) {
+    GuardedDome dome;
+    const Outcome outcome = runTool({"survey", "-"}, lines({dome.url(), kDeadUrl}));
+    EXPECT_FALSE(contains(outcome.out, " 0.0 ")) << outcome.out;
+    EXPECT_TRUE(contains(outcome.out, " ms")) << outcome.out;
 }
 
 TEST(SurveyCommand, NoAnswerAtAllHasAnExitCodeOfItsOwn) {

@@ -114,6 +114,7 @@ struct SimulateCommand {
 /// `koine demo`: the library at work against a simulated device.
 struct DemoCommand {
     unsigned int delayMilliseconds = 20;
+    bool trace = false;
     bool json = false;
     ExitCode run() const;
 };

@@ -1,5 +1,6 @@
 // koine demo: the library at work against a simulated device.
 
+#include "default_platform/host_settings.h"
 #include "devices/open_device.h"
 #include "simulator/pair_list.h"
 #include "simulator/simulated_device.h"
@@ -120,8 +121,8 @@ private:
         page_.title("Koine: two streams on one camera");
         page_.fact("device", "simulated dome at " + simulated_.url());
         page_.fact("answers", "after " + std::to_string(delay_) + " ms each, to Digest authentication");
-        page_.fact("to read", page_.style().paint(Tint::cyan, "> what the host sends") + ",  " +
-                                  page_.style().paint(Tint::yellow, "what the device is asked") + ",  " +
+        page_.fact("to read", page_.style().paint(Tint::cyan, "> what the host sends") + ", " +
+                                  page_.style().paint(Tint::yellow, "what the device is asked") + ", " +
                                   page_.style().paint(Tint::green, "what the host gets"));
     }
 
@@ -184,10 +185,17 @@ private:
     void showPushed(int number) const {
         page_.section(number, "Encoder settings that were pushed, and what the device holds now");
         page_.gap();
-        Table table({{"KEY (Media.Profiles. ...)"}, {"BEFORE"}, {"PUSHED"}, {"DEVICE NOW"}});
-        constexpr std::size_t kFamily = std::string_view("Media.Profiles.").size();
-        for (const Pushed& pushed : pushed_)
-            table.add({pushed.key.substr(kFamily), pushed.before, pushed.sent, simulated_.value(pushed.key)});
+        // A key is as wide as most of a terminal: what all of them hold stands in the titles.
+        constexpr std::string_view kFamily = "Media.Profiles.";
+        constexpr std::string_view kPart = "VideoEncoderConfiguration.";
+        Table table({{std::string(kFamily)}, {std::string(kPart)}, {"BEFORE"}, {"PUSHED"}, {"DEVICE NOW"}});
+        for (const Pushed& pushed : pushed_) {
+            const std::string key = pushed.key.substr(kFamily.size());
+            const std::size_t part = key.find("." + std::string(kPart));
+            const bool held = part != std::string::npos;
+            table.add({key.substr(0, part), held ? key.substr(part + 1 + kPart.size()) : "", pushed.before,
+                       pushed.sent, simulated_.value(pushed.key)});
+        }
         page_.table(table);
     }
 
@@ -229,6 +237,8 @@ private:
 } // namespace
 
 ExitCode DemoCommand::run() const {
+    if (trace)
+        traceToStandardError();
     Demo demo(delayMilliseconds, json);
     demo.run();
     if (json)

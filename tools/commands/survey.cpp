@@ -58,6 +58,7 @@ private:
         const ListedDevice& device = report_.devices[index];
         ConnectionOptions options = command_.target;
         options.url = device.url;
+        options.traceMark = device.shown;
         options.passwordFile.clear(); // its password has been read
         if (device.hasUser)
             options.user.clear();

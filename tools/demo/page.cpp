@@ -2,22 +2,19 @@
 
 #include "tools/demo/page.h"
 
-#include "text/numbers.h"
 #include "text/tokens.h"
+#include "text/words.h"
 
 namespace koine::tool {
 namespace {
 
 constexpr std::size_t kMargin = 4;
-constexpr std::size_t kLongestAnswer = 12; // lines of it that are shown
+constexpr std::string_view kSettings = "&Media.Profiles."; // said once, or their lines would be too long
+constexpr std::size_t kLongestAnswer = 12;                 // lines of it that are shown
 
 std::string indent(std::size_t columns) { return std::string(columns, ' '); }
 
 } // namespace
-
-std::string timeText(double milliseconds) {
-    return milliseconds < 1 ? fixedText(milliseconds * 1000, 0) + " µs" : fixedText(milliseconds, 1) + " ms";
-}
 
 void Page::say(std::string_view text) const {
     if (!silent_)
@@ -76,15 +73,18 @@ void Page::deviceRequest(const DeviceRequest& request) const {
     const std::string right =
         (request.result == kOk ? "" : "result " + std::to_string(request.result) + "  ") +
         timeText(request.milliseconds);
-    std::string_view head = request.line;
-    const std::size_t items = request.line.find("&Media.Profiles.");
+    const std::size_t items = request.line.find(kSettings);
+    std::string head = request.line.substr(0, items);
     if (items != std::string::npos)
-        head = head.substr(0, items);
+        head.append(kSettings).append(" ...");
     withRightEdge(indent(kMargin) + "device  " + harmless(head), Tint::yellow, right);
     if (items == std::string::npos)
         return;
-    for (const std::string_view item : Tokens(std::string_view(request.line).substr(items), "&"))
+    for (std::string_view item : Tokens(std::string_view(request.line).substr(items), "&")) {
+        if (startsWith(item, kSettings.substr(1)))
+            item.remove_prefix(kSettings.size() - 1);
         say(style_.paint(Tint::yellow, indent(kMargin + 10) + harmless(item)));
+    }
 }
 
 void Page::longLine(std::string_view text) const {

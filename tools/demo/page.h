@@ -1,5 +1,5 @@
 /// @file
-/// How the demo looks: a page 88 columns wide.
+/// How the demo looks: a page that fits a terminal of 80 columns.
 #pragma once
 
 #include "devices/answer.h"
@@ -26,7 +26,7 @@ struct Cost {
 
 class Page {
 public:
-    static constexpr std::size_t kWidth = 88;
+    static constexpr std::size_t kWidth = 80;
 
     /// @param silent prints nothing: somebody wants the figures alone
     explicit Page(bool silent) : silent_(silent) {}
@@ -56,8 +56,5 @@ private:
     Style style_{stdout};
     bool silent_;
 };
-
-/// "12.3 ms", "40 µs".
-std::string timeText(double milliseconds);
 
 } // namespace koine::tool

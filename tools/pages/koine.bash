@@ -54,7 +54,7 @@ _koine() {
         diff) options='-h --help -u --user --password-file --timeout --ca-file --insecure --connections --vendor --uid -v --verbose --trace --json' ;;
         survey) options='-h --help -j --jobs -u --user --password-file --timeout --ca-file --insecure --connections --vendor -v --verbose --trace --json' ;;
         simulate) options='-h --help --model --models --list-models --list-faults --address --port --auth -u --user --password-file --nonce-lifetime --tls-certificate --tls-key --fault -v --verbose --json' ;;
-        demo) options='-h --help --delay --json' ;;
+        demo) options='-h --help --delay -v --verbose --trace --json' ;;
     esac
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")

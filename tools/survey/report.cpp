@@ -2,7 +2,6 @@
 
 #include "tools/survey/report.h"
 
-#include "text/numbers.h"
 #include "tools/terminal.h"
 
 #include <algorithm>
@@ -27,7 +26,7 @@ const char* stateName(State state) {
 }
 
 std::string timeOf(const Finding& finding) {
-    return finding.state == State::notAsked ? "" : fixedText(finding.milliseconds / 1000, 1) + " s";
+    return finding.state == State::notAsked ? "" : timeText(finding.milliseconds);
 }
 
 Json asJson(const ListedDevice& device, const Finding& finding) {
@@ -76,9 +75,8 @@ void showReport(const SurveyReport& report) {
     table.print(style, {}, true);
     printLine();
     printLine(std::to_string(report.count(State::answered)) + " of " +
-              counted(report.devices.size(), "device") + " answered, " +
-              fixedText(report.milliseconds / 1000, 1) + " s" + (report.interrupted ? ", interrupted" : "") +
-              ".");
+              counted(report.devices.size(), "device") + " answered, " + timeText(report.milliseconds) +
+              (report.interrupted ? ", interrupted" : "") + ".");
 }
 
 Json reportAsJson(const SurveyReport& report) {
