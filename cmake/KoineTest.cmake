@@ -38,7 +38,7 @@ function(koine_test NAME)
   add_executable(${NAME} ${ARG_SOURCES})
   target_link_libraries(${NAME} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gtest_main koine_warnings)
   koine_compile_together(${NAME} ${ARG_SOURCES})
-  if(CMAKE_CROSSCOMPILING)
+  if(CMAKE_CROSSCOMPILING OR KOINE_SANITIZE)
     # The library is what matters there; the tests themselves only have to be compiled soon.
     target_compile_options(${NAME} PRIVATE -O0)
   endif()

@@ -21,6 +21,10 @@ constexpr std::size_t kSmallestBody = std::size_t{4} << 10;
 constexpr std::size_t kDoubledBody = std::size_t{256} << 10;
 constexpr std::size_t kMostAtOnce = std::size_t{64} << 20;
 
+// The last body of a device is kept for as long as nothing else is asked, which may be months: no more room
+// than this is left unused.
+constexpr std::size_t kSpareRoom = std::size_t{1} << 10;
+
 // A body above this size does not stay allocated for the next one.
 constexpr std::size_t kKeptBody = std::size_t{64} << 10;
 
@@ -53,7 +57,7 @@ bool AnswerBody::append(std::string_view bytes, std::size_t limit) noexcept {
 }
 
 void AnswerBody::trim() noexcept {
-    if (capacity_ > kDoubledBody)
+    if (capacity_ - size_ > kSpareRoom)
         static_cast<void>(resize(size_ + 1)); // else it stays as large as it is
 }
 

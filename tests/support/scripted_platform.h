@@ -18,6 +18,9 @@
 
 namespace koine::test {
 
+/// Request lines, in the order in which they were sent.
+using Lines = std::vector<std::string>;
+
 /// One diagnostic line.
 struct Trace {
     std::string format; ///< as passed

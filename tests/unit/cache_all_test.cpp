@@ -5,8 +5,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 /// The eight caches, each a step that says that it was called and how.
 class CacheAll : public CameraTest {
 protected:

@@ -5,8 +5,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class CapabilityCache : public CameraTest {
 protected:
     int fill() { return camera.getCacheCapability(kUser, 0, nullptr, nullptr); }

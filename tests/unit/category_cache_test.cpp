@@ -5,8 +5,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 using Category = CategoryTest;
 INSTANTIATE_TEST_SUITE_P(Every, Category, ::testing::ValuesIn(categoryRows()), categoryName);
 

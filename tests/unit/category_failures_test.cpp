@@ -5,8 +5,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 using CategoryFailure = CategoryTest;
 INSTANTIATE_TEST_SUITE_P(Every, CategoryFailure, ::testing::ValuesIn(categoryRows()), categoryName);
 

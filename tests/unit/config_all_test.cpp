@@ -8,8 +8,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 constexpr std::size_t kFirstRoom = 4096;
 constexpr std::size_t kRoomPerPart = 32;
 // The allocator rounds up to its own unit.

@@ -8,8 +8,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 /// Each category is a step that says how it was called and gives what the test wrote for it.
 class ConfigGet : public CameraTest {
 protected:

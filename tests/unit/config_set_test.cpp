@@ -8,8 +8,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 const std::string kQuality = "Media.Profiles.Profile1.VideoEncoderConfiguration.Quality";
 
 class ConfigSet : public CameraTest {

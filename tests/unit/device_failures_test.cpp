@@ -7,8 +7,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 /// One request of the filling of all caches.
 struct Step {
     const char* name;

@@ -74,6 +74,4 @@ protected:
     boost::shared_ptr<ScriptedSetup> setup;
 };
 
-using Lines = std::vector<std::string>;
-
 } // namespace koine::test

@@ -11,8 +11,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 const std::string kUnknown = "-11\nERROR: Unknown parameter.\n";
 const std::string kRefused = "-35\nERROR: Authentication error.\n";
 constexpr std::size_t kRetried = 3; // login, capabilities and media ask again, the categories do not

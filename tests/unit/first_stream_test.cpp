@@ -9,8 +9,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 const std::string kMobile =
     "&ProfileMode=MOBILE&StreamSetup.VideoEncoderConfiguration.Resolution.NxN=352x288";
 

@@ -8,8 +8,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class HttpData : public ::testing::Test {
 protected:
     HttpData() {

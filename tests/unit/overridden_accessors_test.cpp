@@ -7,8 +7,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 /// A stream user that speaks for itself.
 class OwnClient : public StreamIDClient {
 public:

@@ -13,8 +13,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 Lines created(unsigned int uid) {
     return {"######* StreamIDCenter::get_streamid_client, uid=" + std::to_string(uid) +
             ", new StreamIDClient. \n"};

@@ -14,8 +14,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 TEST(RequestObject, MakesItsLockAndThenItsHttpClientUnderTheLock) {
     const TestRequest request;
     EXPECT_EQ(platform().transcript(),

@@ -9,8 +9,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class Transport : public ::testing::Test {
 protected:
     Transport() {
