@@ -22,7 +22,7 @@ void setUpDevice(DialectRequest& device, const DeviceUrl& url, const DeviceOptio
 
 boost::shared_ptr<DialectRequest> openDevice(const std::string& url, const DeviceOptions& options) {
     const DeviceUrl parsed = parseDeviceUrl(url);
-    const auto device = boost::make_shared<DialectRequest>();
+    auto device = boost::make_shared<DialectRequest>();
     setUpDevice(*device, parsed, options);
     return device;
 }

@@ -30,7 +30,7 @@ constexpr std::string_view algorithmName(AuthKind kind) {
 std::string takeValue(std::string_view& text) {
     if (text.empty() || text.front() != '"') {
         const std::size_t end = std::min(text.find_first_of(", \t"), text.size());
-        const std::string value(text.substr(0, end));
+        std::string value(text.substr(0, end));
         text.remove_prefix(end);
         return value;
     }

@@ -168,7 +168,7 @@ const PairList* DeviceModel::answer(std::string_view name) const {
 fs::path modelFolder() {
     std::error_code ignored;
     const fs::path program = fs::read_symlink("/proc/self/exe", ignored);
-    const fs::path besideProgram = (program.parent_path() / KOINE_MODELS_FROM_PROGRAM).lexically_normal();
+    fs::path besideProgram = (program.parent_path() / KOINE_MODELS_FROM_PROGRAM).lexically_normal();
     if (fs::is_directory(besideProgram, ignored))
         return besideProgram;
 #ifdef KOINE_MODEL_DIR

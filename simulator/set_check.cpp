@@ -91,9 +91,10 @@ std::string_view learned(const DeviceModel& model, std::string_view key) {
 /// all of them.
 std::string sizesOf(const DeviceModel& model, const PairList& media, const std::string& encoder,
                     const std::string& encoding) {
-    for (const std::string_view list : {media.valueOf(encoder + "." + encoding + ".Resolution.NxN.List"),
-                                        learned(model, "Capability.Video." + encoding + ".Resolution.NxN"),
-                                        learned(model, "Capability.Video.Resolution.NxN")})
+    const std::string ownList = encoder + "." + encoding + ".Resolution.NxN.List";
+    for (const std::string_view list :
+         {media.valueOf(ownList), learned(model, "Capability.Video." + encoding + ".Resolution.NxN"),
+          learned(model, "Capability.Video.Resolution.NxN")})
         if (!list.empty())
             return std::string(list);
     return {};

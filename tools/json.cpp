@@ -7,6 +7,7 @@
 namespace koine::tool {
 
 struct Json::Value {
+    explicit Value(nlohmann::ordered_json held) : json(std::move(held)) {}
     nlohmann::ordered_json json;
 };
 
@@ -16,14 +17,14 @@ Json& Json::operator=(Json&&) noexcept = default;
 Json::~Json() = default;
 
 // One constructor per kind: an implicit conversion would take a literal for a truth value.
-Json Json::object() { return Json(std::make_unique<Value>(Value{nlohmann::ordered_json::object()})); }
-Json Json::array() { return Json(std::make_unique<Value>(Value{nlohmann::ordered_json::array()})); }
-Json Json::text(std::string_view value) { return Json(std::make_unique<Value>(Value{value})); }
-Json Json::number(long long value) { return Json(std::make_unique<Value>(Value{value})); }
-Json Json::fraction(double value) { return Json(std::make_unique<Value>(Value{value})); }
-Json Json::boolean(bool value) { return Json(std::make_unique<Value>(Value{value})); }
+Json Json::object() { return Json(std::make_unique<Value>(nlohmann::ordered_json::object())); }
+Json Json::array() { return Json(std::make_unique<Value>(nlohmann::ordered_json::array())); }
+Json Json::text(std::string_view value) { return Json(std::make_unique<Value>(value)); }
+Json Json::number(long long value) { return Json(std::make_unique<Value>(value)); }
+Json Json::fraction(double value) { return Json(std::make_unique<Value>(value)); }
+Json Json::boolean(bool value) { return Json(std::make_unique<Value>(value)); }
 
-Json Json::null() { return Json(std::make_unique<Value>()); }
+Json Json::null() { return Json(std::make_unique<Value>(nullptr)); }
 
 Json Json::copy(const Json& other) { return Json(std::make_unique<Value>(*other.value_)); }
 
@@ -49,7 +50,7 @@ Json Json::parse(std::string_view text) {
     nlohmann::ordered_json json = nlohmann::ordered_json::parse(text, nullptr, false);
     if (json.is_discarded())
         json = nullptr;
-    return Json(std::make_unique<Value>(Value{std::move(json)}));
+    return Json(std::make_unique<Value>(std::move(json)));
 }
 
 bool Json::isNull() const { return value_->json.is_null(); }
@@ -57,7 +58,7 @@ bool Json::isNull() const { return value_->json.is_null(); }
 bool Json::has(std::string_view key) const { return value_->json.contains(key); }
 
 Json Json::at(std::string_view key) const {
-    return has(key) ? Json(std::make_unique<Value>(Value{value_->json.at(std::string(key))})) : null();
+    return has(key) ? Json(std::make_unique<Value>(value_->json.at(std::string(key)))) : null();
 }
 
 std::string Json::asText() const {

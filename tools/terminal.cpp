@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <cstring>
 #include <numeric>
 
 #include <sys/ioctl.h>
@@ -19,16 +18,19 @@ namespace {
 constexpr std::array<const char*, 7> kCodes = {"", "1", "2", "31", "32", "33", "36"}; // in the order of Tint
 
 bool colourWanted(std::FILE* stream) {
-    const char* const refused = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    return isatty(fileno(stream)) == 1 && (refused == nullptr || *refused == '\0') &&
-           (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
+    return isatty(fileno(stream)) == 1 && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
 }
 
 /// Is this byte the first of a character?
 bool begins(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
 
 } // namespace
+
+std::string_view environment(const char* name) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing in the command changes the environment
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string_view() : value;
+}
 
 Style::Style(std::FILE* stream) : stream_(stream), coloured_(colourWanted(stream)) {}
 

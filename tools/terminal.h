@@ -11,6 +11,9 @@ namespace koine::tool {
 
 enum class Tint { plain, bold, dim, red, green, yellow, cyan };
 
+/// A variable of the environment; empty where it is not set.
+std::string_view environment(const char* name);
+
 /// Colours for one stream: only on a terminal, and only if the user did not switch them off (NO_COLOR).
 class Style {
 public:

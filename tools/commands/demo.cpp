@@ -131,7 +131,7 @@ private:
         using Clock = std::chrono::steady_clock;
         page_.hostLine(line);
         const Clock::time_point start = Clock::now();
-        const Answer answer = request(*device_, uid, line);
+        Answer answer = request(*device_, uid, line);
         Cost cost;
         cost.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
         for (const DeviceRequest& made : device_->takeRequests()) {

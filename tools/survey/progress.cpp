@@ -3,7 +3,6 @@
 #include "tools/survey/progress.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
 
 namespace koine::tool {
@@ -13,8 +12,8 @@ constexpr std::size_t kWidestBar = 40;
 constexpr std::size_t kNarrowestBar = 8;
 
 bool canRewrite() {
-    const char* const terminal = std::getenv("TERM");
-    return terminal != nullptr && std::string_view(terminal) != "dumb";
+    const std::string_view terminal = environment("TERM");
+    return !terminal.empty() && terminal != "dumb";
 }
 
 } // namespace
