@@ -5,6 +5,7 @@ The files are written for readers of the source tree: links are relative paths, 
 names that Git hosts give them, blocks carry the usual language names. Doxygen wants labels instead.
 """
 
+import html
 import re
 import sys
 from pathlib import Path
@@ -59,9 +60,16 @@ class Page:
             return text  # a file or folder of the source tree
         return f"[{text}](@ref no_such_file_{slug(target)})"  # Doxygen warns
 
+    def code(self, match):
+        """Percent signs would be dropped, and addresses in examples would become links."""
+        text = re.sub(r"%(?=\w)", "%%", match.group(1))
+        if "://" not in text:
+            return f"`{text}`"
+        return f"<code>{html.escape(text, quote=False).replace('://', ':<span></span>//')}</code>"
+
     def prose(self, line):
-        """Links outside of code spans; percent signs within, which Doxygen would drop."""
-        line = re.sub(r"`[^`]+`", lambda span: re.sub(r"%(?=\w)", "%%", span.group()), line)
+        """Links outside of code spans."""
+        line = re.sub(r"`([^`]+)`", self.code, line)
         parts = re.split(r"(`+[^`]*`+)", line)
         if "](" not in line:
             return line

@@ -251,7 +251,7 @@ class Device:
         line += _item(encoder + "RateControl.FrameRateLimit", fps)
         line += _item(encoder + "RateControl.BitrateLimit", bitrate)
         if token:
-            self._demand_profile(token, channel, uid)
+            self._demand_profile(token, transport, channel, uid)
         self.request(line, uid=uid)
         stream = self._stream(uid)
         got = stream.values.get("Stream.Profile.Encoding", "")
@@ -259,10 +259,11 @@ class Device:
             warnings.warn(f"{self.address}: the stream comes in {got}, not in {encoding}", stacklevel=2)
         return stream
 
-    def _demand_profile(self, token: str, channel: Optional[int], uid: int) -> None:
+    def _demand_profile(self, token: str, transport: str, channel: Optional[int], uid: int) -> None:
         """The library serves an unknown token by another profile, and that one's encoder would be changed."""
         # A set-up that names no stream fills the caches, with the profiles of the channel, and changes nothing.
-        self.request("Stream.cgi?action=set" + _channel_items(channel), uid=uid)
+        line = "Stream.cgi?action=set" + _item("StreamSetup.Transport.Protocol", transport)
+        self.request(line + _channel_items(channel), uid=uid)
         try:
             media = self.request("Config.cgi?action=get&category=Media.*", uid=uid).values
         except RefusedError:  # a device without profiles takes any token

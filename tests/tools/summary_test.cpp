@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace koine::test {
 namespace {
@@ -111,6 +112,20 @@ TEST(StreamCommand, AnUnknownTokenChangesNothingAndTheKnownOnesAreNamed) {
         << outcome.err;
     const std::string encoding = "Media.Profiles.Profile1.VideoEncoderConfiguration.Encoding";
     EXPECT_EQ(dome.device().value(encoding), "H264");
+}
+
+TEST(StreamCommand, LookingForATokenChangesNeitherTheStreamNorItsCost) {
+    for (const auto& [model, token] : {std::pair("dome", "PROFILE-MAIN"), std::pair("recorder", "CH01-MAIN"),
+                                       std::pair("videoserver", "PROFILE-1")}) {
+        sim::SimulatedDevice without{sim::Options(sim::builtinModel(model))};
+        sim::SimulatedDevice with{sim::Options(sim::builtinModel(model))};
+        EXPECT_EQ(runTool({"stream", "--quality", "7", "--token", token, with.url()}).out,
+                  runTool({"stream", "--quality", "7", without.url()}).out)
+            << model;
+        EXPECT_EQ(with.counters().requests, without.counters().requests) << model;
+        const std::string quality = "Media.Profiles.Profile1.VideoEncoderConfiguration.Quality";
+        EXPECT_EQ(with.value(quality), without.value(quality)) << model;
+    }
 }
 
 TEST(StreamCommand, ATokenIsLookedForOnItsChannel) {

@@ -80,6 +80,7 @@ std::string setupLine(const StreamCommand& command) {
 void demandProfile(Connection& connection, const StreamCommand& command) {
     // A set-up that names no stream fills the caches, with the profiles of the channel, and changes nothing.
     SetupLine learning;
+    learning.item("StreamSetup.Transport.Protocol", command.transport); // makes it a set-up
     learning.channel(command.channel);
     connection.demand(learning.text(), "reading the media profiles");
     const std::vector<Profile> profiles = profilesIn(connection.ask(readingLine("Media")).values());
