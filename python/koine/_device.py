@@ -227,13 +227,16 @@ class Device:
         """Sets a stream up and tells where it is. The encoder of the profile that serves it is changed to what is
         asked for here; the size becomes the nearest that the profile offers.
 
+        What a user was given stays, a mode above all, and its encoder settings are sent once: a stream of another
+        kind wants another `uid`.
+
         mode: "AUTO" takes the first profile for live view, "MOBILE" the one for mobile viewing, both with a size;
               "ONLY_META" and "ONLY_STATUS" are streams without pictures; "" the first profile
         token: the profile with this token, instead of a mode
         size: (1280, 720) or "1280x720"
         quality: from 0 to 10
-        encoding: "H264", "H265", "MPEG4" or "JPEG"; a warning tells when the stream comes in another one, which
-              "AUTO" and "MOBILE" choose themselves and a profile may not have
+        encoding: "H264", "H265", "MPEG4" or "JPEG"; a warning tells when the stream has another one: "AUTO" and
+              "MOBILE" choose it themselves, and a profile cannot do each of them
         channel: of a recorder or video server, counted from 1
 
         Raises ValueError for what cannot be set up, a token that no profile has among it: nothing is changed then.
@@ -254,9 +257,11 @@ class Device:
             self._demand_profile(token, transport, channel, uid)
         self.request(line, uid=uid)
         stream = self._stream(uid)
-        got = stream.values.get("Stream.Profile.Encoding", "")
-        if encoding and got and got != encoding:
-            warnings.warn(f"{self.address}: the stream comes in {got}, not in {encoding}", stacklevel=2)
+        served_by = (("encoding", encoding, stream.values.get("Stream.Profile.Encoding", "")),
+                     ("profile", token, stream.token))
+        for what, wanted, got in served_by:
+            if wanted and got and got != wanted:
+                warnings.warn(f"{self.address}: the stream has the {what} {got}, not {wanted}", stacklevel=2)
         return stream
 
     def _demand_profile(self, token: str, transport: str, channel: Optional[int], uid: int) -> None:

@@ -248,8 +248,15 @@ class Streams(unittest.TestCase):
 
     def test_another_encoding_than_asked_for_is_told(self):
         with Simulated() as dome, koine.open(dome.url) as device:
-            with self.assertWarnsRegex(UserWarning, "comes in H264, not in H265"):
+            with self.assertWarnsRegex(UserWarning, "has the encoding H264, not H265$"):
                 device.stream(encoding="H265")
+
+    def test_a_mode_that_stays_and_so_keeps_the_token_out_is_told(self):
+        with Simulated() as dome, koine.open(dome.url) as device:
+            device.stream(mode="MOBILE")
+            with self.assertWarnsRegex(UserWarning, "has the profile PROFILE-MOBILE, not PROFILE-SECOND$"):
+                device.stream(token="PROFILE-SECOND")
+            self.assertEqual(device.stream(uid=2, token="PROFILE-SECOND").token, "PROFILE-SECOND")
 
 
 class Process(unittest.TestCase):
