@@ -10,7 +10,9 @@ unless it stands in survivors.txt with the reason why no test can notice it.
 The sample is drawn by a seed, the first few of each kind in turns: the same sources and the same seed give the
 same mutants.
 
-The exit code is 0 when at least 90 % of the counted mutants that can be noticed were noticed.
+The exit code is 0 when at least 90 % of the counted mutants that can be noticed were noticed and, in a sample of at
+least 100, also 90 % of all counted ones. In a smaller one chance decides how many change nothing at all: three of 25
+make 88 %.
 """
 
 import argparse
@@ -34,6 +36,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 CORE = ("request", "cache", "media", "stream", "text")
 NOTICED_AT_LEAST = 0.90
+ENOUGH_FOR_ALL = 100  # mutants; fewer say too little about the share of all
 OF_EACH_KIND = 8
 VERDICTS = ("noticed", "hung", "survived", "explained", "invalid")
 
@@ -117,11 +120,13 @@ def report(kinds, possible, seed, seconds):
     counted = can_be_noticed + total["explained"]
     if not can_be_noticed:
         sys.exit("mutate: no mutant could be judged")
-    share = noticed / can_be_noticed
+    judges_all = counted >= ENOUGH_FOR_ALL
+    of_all, of_possible = noticed / counted, noticed / can_be_noticed
     print(f"\n{counted} mutants of {possible} possible ones, drawn with seed {seed}, in {seconds:.0f} s: {noticed} "
-          f"noticed ({noticed / counted:.1%}), {total['survived']} survived, {total['explained']} cannot be "
-          f"noticed.\nOf those that can be noticed {share:.1%} were; at least {NOTICED_AT_LEAST:.0%} is asked for.")
-    return share >= NOTICED_AT_LEAST
+          f"noticed ({of_all:.1%}), {total['survived']} survived, {total['explained']} cannot be noticed.\n"
+          f"Of those that can be noticed {of_possible:.1%} were; at least {NOTICED_AT_LEAST:.0%} is asked for"
+          f"{' of both' if judges_all else ' of that'}.")
+    return of_possible >= NOTICED_AT_LEAST and (of_all >= NOTICED_AT_LEAST or not judges_all)
 
 
 def read_options():
