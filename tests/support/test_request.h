@@ -8,16 +8,11 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace koine::test {
 
 /// The stream user of most tests.
 inline constexpr unsigned int kUser = 7;
-
-/// What a test expects to be asked, traced or called. Once for all: the tests are compiled several to a
-/// batch.
-using Lines = std::vector<std::string>;
 
 /// Owns a text that a step hands out: `EXPECT_EQ(step(..., answer.out()), 1)`, then `answer.text()`.
 class Answer {

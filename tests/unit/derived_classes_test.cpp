@@ -6,8 +6,6 @@
 namespace koine::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class Derived : public Camera {
 public:
     using BaseRequest::Configuration;
