@@ -284,6 +284,7 @@ TEST_F(HttpHostile, DefaultTimeLimitIsTheHosts) {
     });
     HttpCaller caller;
     koine::setRequestTimeLimit(100);
+    EXPECT_EQ(koine::requestTimeLimit(), 100U);
     const HttpReply hosts = caller.get(server.url());
     caller.client().SetTimeout(50);
     const HttpReply own = caller.get(server.url());
