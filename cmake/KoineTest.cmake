@@ -1,7 +1,7 @@
-# koine_test(NAME SOURCES ... [LIBRARIES ...] [LABELS ...] [TIMEOUT seconds])
+# koine_test(NAME [ALONE] SOURCES ... [LIBRARIES ...] [LABELS ...] [TIMEOUT seconds])
 #
 # One GoogleTest program, registered with CTest as one test: starting a program costs more than most of
-# our tests, above all under the sanitizers.
+# our tests, above all under the sanitizers. One that measures time runs ALONE.
 if(CMAKE_CROSSCOMPILING)
   # There is no built GoogleTest for the target: its sources are compiled with everything else.
   set(KOINE_GTEST_SOURCE
@@ -34,7 +34,7 @@ function(koine_compile_together NAME)
 endfunction()
 
 function(koine_test NAME)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "ALONE" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   add_executable(${NAME} ${ARG_SOURCES})
   target_link_libraries(${NAME} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gtest_main koine_warnings)
   koine_compile_together(${NAME} ${ARG_SOURCES})
@@ -42,11 +42,14 @@ function(koine_test NAME)
     # The library is what matters there; the tests themselves only have to be compiled soon.
     target_compile_options(${NAME} PRIVATE -O0)
   endif()
+  if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+    target_compile_options(${NAME} PRIVATE -g1) # lines tell where a test failed; the rest only takes time
+  endif()
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
   add_test(NAME ${NAME} COMMAND ${NAME} --gtest_brief=1)
-  set_tests_properties(${NAME} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+  set_tests_properties(${NAME} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}" RUN_SERIAL "${ARG_ALONE}")
   if("threads" IN_LIST ARG_LABELS)
     add_dependencies(thread_tests ${NAME})
   endif()
