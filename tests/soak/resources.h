@@ -29,8 +29,7 @@ public:
     std::size_t medianOfFifth(std::size_t fifth) const;
     std::size_t largest() const;
 
-    /// The first fifth warms up. From the second to the last the median may grow by 4 MiB and a tenth: the
-    /// allocator keeps an arena for each thread, and these fill up slowly.
+    /// The first fifth warms up. From the second to the last the median may grow by 4 MiB and a tenth.
     std::size_t allowed() const { return medianOfFifth(1) * 11 / 10 + 4096; }
     bool isFlat() const { return medianOfFifth(4) <= allowed(); }
 
