@@ -25,7 +25,7 @@ constexpr std::size_t kBodyLimit = std::size_t{1} << 20;
 // Tables that libraries keep for the process, once.
 constexpr std::size_t kMostKept = std::size_t{256} << 10;
 // As the host's guide advises. The C library would give the threads some sixteen heaps, each of which keeps
-// the most that it ever held: what is resident then rises for half an hour before every heap has met the
+// the most that it ever held: what is resident then rises for longer than 20 minutes, until every heap has met the
 // largest answers.
 constexpr int kMostHeaps = 2;
 constexpr std::size_t kMostResidentKilobytes = std::size_t{96} << 10;
