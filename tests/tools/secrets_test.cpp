@@ -12,8 +12,12 @@
 namespace koine::test {
 namespace {
 
-std::string commandLineOf(pid_t id) {
-    std::ifstream file("/proc/" + std::to_string(id) + "/cmdline", std::ios::binary);
+/// What the list of processes shows of a command once its device was asked: by then the arguments have been
+/// read.
+std::string commandLineOf(const RunningTool& tool, GuardedDome& dome) {
+    for (int i = 0; i < 4000 && dome.device().counters().requests == 0; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::ifstream file("/proc/" + std::to_string(tool.id()) + "/cmdline", std::ios::binary);
     std::ostringstream text;
     text << file.rdbuf();
     return text.str();
@@ -23,10 +27,7 @@ TEST(Secrets, TheProcessListDoesNotShowThePassword) {
     GuardedDome dome;
     dome.device().setFault(sim::parseFault("hang"));
     RunningTool tool({"request", "--timeout", "5", dome.url(), "Login.cgi"});
-    // Once the device was asked, the arguments have been read.
-    for (int i = 0; i < 4000 && dome.device().counters().requests == 0; ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    const std::string shown = commandLineOf(tool.id());
+    const std::string shown = commandLineOf(tool, dome);
     EXPECT_TRUE(contains(shown, "admin@127.0.0.1")) << shown;
     EXPECT_FALSE(contains(shown, kPassword)) << shown;
     dome.device().stop();
@@ -41,9 +42,7 @@ TEST(Secrets, TheProcessListDoesNotShowTheSecretsOfALine) {
     const std::string token = "can4ry-t0ken";
     RunningTool tool(
         {"request", "--timeout", "5", dome.url(), "Login.cgi", "PTZ.cgi?token=" + token + "&stop=1"});
-    for (int i = 0; i < 4000 && dome.device().counters().requests == 0; ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    const std::string shown = commandLineOf(tool.id());
+    const std::string shown = commandLineOf(tool, dome);
     EXPECT_TRUE(contains(shown, "PTZ.cgi?token=*&stop=1")) << shown;
     EXPECT_FALSE(contains(shown, token)) << shown;
     dome.device().stop();
