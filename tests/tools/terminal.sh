@@ -49,7 +49,7 @@ expect yes '] 2/2' 'progress without colours' "$plain"
 expect no "$escape[3" 'no colours in it' "$plain"
 narrow=$(on_terminal 20 "$survey")
 expect yes '2/2' 'a narrow terminal gets the counts' "$narrow"
-expect no '#' 'but no bar' "$narrow"
+expect no '--' 'but no bar, not even before a device has failed' "$narrow"
 expect no '2/2' 'no progress among traces' "$(on_terminal 80 "'$tool' survey -v '$work/list'")"
 
 # No row of the table is broken at 80 columns; in a file nothing is cut.
