@@ -21,15 +21,17 @@ endif()
 # Builds all tests that are labelled "threads": those that are worth running under the thread sanitizer.
 add_custom_target(thread_tests)
 
-# Most of what compiling a test takes is reading GoogleTest's headers: several files are read as one.
-function(koine_compile_together NAME)
-  if(KOINE_COVERAGE)
-    return() # some of the files are counted there and others are not
+# koine_compile_soon(TARGET): for what only tests consist of. Most of what compiling it takes is reading headers:
+# several files are read as one.
+function(koine_compile_soon NAME)
+  if(CMAKE_CROSSCOMPILING OR KOINE_SANITIZE)
+    target_compile_options(${NAME} PRIVATE -O0) # the library is what matters there
   endif()
-  set_target_properties(${NAME} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-  list(LENGTH ARGN files)
-  if(files GREATER 30)
-    target_precompile_headers(${NAME} PRIVATE <gtest/gtest.h> <string> <vector> <map> <functional>)
+  if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+    target_compile_options(${NAME} PRIVATE -g1) # lines tell where a test failed; the rest only takes time
+  endif()
+  if(NOT KOINE_COVERAGE) # some of the files are counted there and others are not
+    set_target_properties(${NAME} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
   endif()
 endfunction()
 
@@ -37,13 +39,10 @@ function(koine_test NAME)
   cmake_parse_arguments(ARG "ALONE" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   add_executable(${NAME} ${ARG_SOURCES})
   target_link_libraries(${NAME} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gtest_main koine_warnings)
-  koine_compile_together(${NAME} ${ARG_SOURCES})
-  if(CMAKE_CROSSCOMPILING OR KOINE_SANITIZE)
-    # The library is what matters there; the tests themselves only have to be compiled soon.
-    target_compile_options(${NAME} PRIVATE -O0)
-  endif()
-  if(CMAKE_BUILD_TYPE STREQUAL "Debug")
-    target_compile_options(${NAME} PRIVATE -g1) # lines tell where a test failed; the rest only takes time
+  koine_compile_soon(${NAME})
+  list(LENGTH ARG_SOURCES files)
+  if(files GREATER 30 AND NOT KOINE_COVERAGE)
+    target_precompile_headers(${NAME} PRIVATE <gtest/gtest.h> <string> <vector> <map> <functional>)
   endif()
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)

@@ -3,6 +3,7 @@
 #include "devices/dialect_request.h"
 
 #include "devices/percent.h"
+#include "devices/schemes.h"
 #include "platform/cgi_text.h"
 #include "platform/trace.h"
 #include "platform/url.h"
@@ -16,8 +17,6 @@
 namespace koine {
 namespace {
 
-constexpr std::string_view kHttp = "http://";
-constexpr std::string_view kHttps = "https://";
 constexpr std::string_view kConfigSet = "Config.cgi?action=set";
 constexpr unsigned int kTlsPort = 443;
 

@@ -21,7 +21,6 @@ namespace {
 constexpr int kClientGet = 0;
 constexpr int kKeepConnection = 0;
 constexpr int kAborted = -7; // what HTTP clients say then
-constexpr const char* kCookieHeader = "SET-COOKIE";
 
 /// An answer that is on its way is waited for as long as twice the slowest one took, but at least so long.
 /// A device that serves one connection at a time would keep the second one waiting for ever.

@@ -17,6 +17,9 @@
 
 namespace koine {
 
+/// The header whose value is handed out with an answer.
+constexpr const char* kCookieHeader = "SET-COOKIE";
+
 /// What is asked ahead.
 struct PrefetchPlan {
     std::vector<std::string> urls; ///< in the order in which the library is going to ask

@@ -9,11 +9,7 @@
 #include <utility>
 
 namespace koine {
-namespace {
-
-constexpr std::string_view kCookieHeader = "SET-COOKIE";
-
-} // namespace
+namespace {} // namespace
 
 void PrefetchingClient::begin(PrefetchPlan plan, Begin when) {
     plan.timeLimit = timeLimit_;
@@ -74,7 +70,8 @@ const char* PrefetchingClient::GetHeader(const char* name) {
     if (!answer_)
         return own_.GetHeader(name);
     const std::string_view asked = viewOf(name);
-    const bool isCookie = asked.size() == kCookieHeader.size() && startsWithIgnoreCase(asked, kCookieHeader);
+    const std::string_view cookie = kCookieHeader;
+    const bool isCookie = asked.size() == cookie.size() && startsWithIgnoreCase(asked, cookie);
     return isCookie && answer_->cookie ? answer_->cookie->c_str() : nullptr;
 }
 

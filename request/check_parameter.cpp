@@ -12,7 +12,6 @@ using namespace koine;
 
 namespace {
 
-constexpr std::size_t kWorkBytes = 64;
 constexpr int kLowestFrameRate = 1;
 
 /// The host changes the quality of the profile that the user watches: the user's record follows.
@@ -30,7 +29,7 @@ int BaseRequest::checkCgiParameter(unsigned int uid, char* url) {
     if (!contains(viewOf(url), "Media.Profiles.") && !contains(viewOf(url), "StreamSetup.Event."))
         return kOk;
     const boost::shared_ptr<StreamIDClient> client = get_streamid_client(uid);
-    const LineCopy line(url, kWorkBytes);
+    const LineCopy line(url);
     if (!line.hasText()) {
         rewrite_trace::notChecked(3211, kNoResource);
         return kNoResource;

@@ -16,7 +16,6 @@ using namespace koine;
 
 namespace {
 
-constexpr std::size_t kWorkBytes = 64;
 constexpr std::string_view kSourceSuffix = ".Src";
 
 enum class Category : unsigned { media, video, camera, notification, misc, videoAnalytics };
@@ -24,16 +23,6 @@ enum class Category : unsigned { media, video, camera, notification, misc, video
 /// An item belongs to the first of these that occurs anywhere in it.
 constexpr std::array<std::string_view, 6> kCategoryNames = {"Media.",        "Video.", "Camera.",
                                                             "Notification.", "Misc.",  "VideoAnalytics."};
-
-/// Which caches changed, so that what is derived from them follows once.
-class Changes {
-public:
-    void note(Category category) { changed_[static_cast<unsigned>(category)] = true; }
-    bool has(Category category) const { return changed_[static_cast<unsigned>(category)]; }
-
-private:
-    std::array<bool, kCategoryNames.size()> changed_{};
-};
 
 } // namespace
 
@@ -49,20 +38,22 @@ public:
     }
 
     int bringInLine(unsigned int uid, char* url) {
-        if (changes_.has(Category::media) && request_.syncVideoConfigByMediaConfig(uid, url) != kOk) {
+        if (changed(Category::media) && request_.syncVideoConfigByMediaConfig(uid, url) != kOk) {
             config_trace::mediaNotSynchronised(orEmpty(url), kNotBuilt);
             return kNotBuilt;
         }
-        if (changes_.has(Category::video))
+        if (changed(Category::video))
             request_.convertCgiVideo(&request_.video_.map);
-        if (changes_.has(Category::camera))
+        if (changed(Category::camera))
             request_.convertCgiCamera(&request_.camera_.map);
-        if (changes_.has(Category::notification) || changes_.has(Category::misc))
+        if (changed(Category::notification) || changed(Category::misc))
             request_.convertCgiMisc(&request_.misc_.map, &request_.notification_.map);
         return kOk;
     }
 
 private:
+    bool changed(Category category) const { return changed_[static_cast<unsigned>(category)]; }
+
     CgiMap& cacheOf(Category category) {
         const std::array<DeviceCache*, kCategoryNames.size()> caches = {
             &request_.media_,        &request_.video_, &request_.camera_,
@@ -73,7 +64,7 @@ private:
     void store(Category category, std::string_view token) {
         if (category == Category::media && request_.getMediaProfile() != 1)
             return;
-        changes_.note(category);
+        changed_[static_cast<unsigned>(category)] = true;
         const std::size_t equals = token.find('=');
         if (equals == std::string_view::npos)
             return;
@@ -98,11 +89,11 @@ private:
 
     BaseRequest& request_;
     std::string& sourceKey_;
-    Changes changes_;
+    std::array<bool, kCategoryNames.size()> changed_{}; ///< so that what is derived from a cache follows once
 };
 
 int BaseRequest::handleConfigSet(unsigned int uid, char* url) {
-    LineCopy line(url, kWorkBytes);
+    LineCopy line(url);
     if (!line.hasText()) {
         config_trace::setOutOfMemory(3411, kNoResource);
         return kNoResource;

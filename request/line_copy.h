@@ -14,8 +14,8 @@ namespace koine {
 /// is refused whole.
 class LineCopy {
 public:
-    LineCopy(const char* line, std::size_t workBytes) noexcept : text_(copyText(viewOf(line))) {
-        hasWork_ = text_ != nullptr && reserveText(work, workBytes);
+    explicit LineCopy(const char* line) noexcept : text_(copyText(viewOf(line))) {
+        hasWork_ = text_ != nullptr && reserveText(work, kWorkBytes);
     }
 
     bool hasText() const noexcept { return text_ != nullptr; }
@@ -25,6 +25,8 @@ public:
     std::string work;
 
 private:
+    static constexpr std::size_t kWorkBytes = 64;
+
     OwnedText text_;
     bool hasWork_ = false;
 };

@@ -20,7 +20,6 @@ using namespace koine;
 
 namespace {
 
-constexpr std::size_t kWorkBytes = 64;
 constexpr std::size_t kAllowance = 64; // what a rewritten line usually grows by
 constexpr std::size_t kLongestResolutionName = 64;
 
@@ -210,7 +209,7 @@ int BaseRequest::recoveryUrl(unsigned int uid, char* url, char** rewritten) {
     if (getIsTovlinNVRDevice() == 1 || !needsRewriting(viewOf(url)))
         return kOk;
     const boost::shared_ptr<StreamIDClient> client = get_streamid_client(uid);
-    LineCopy line(url, kWorkBytes);
+    LineCopy line(url);
     if (!line.hasText()) {
         rewrite_trace::notRewritten(3061, kNoResource);
         return kNoResource;

@@ -20,7 +20,7 @@ using namespace koine;
 
 namespace {
 
-constexpr std::size_t kAnswerBytes = 4096;
+constexpr std::size_t kStreamAnswerBytes = 4096;
 
 constexpr const char* kDefaultCodec = "H264";
 /// Codecs that the answer names, by how the entry begins; everything else counts as the default.
@@ -62,7 +62,7 @@ class StreamAnswer {
 public:
     StreamAnswer() { text_.append(answers::kOkHead); }
 
-    const BoundedText<kAnswerBytes>& text() const { return text_; }
+    const BoundedText<kStreamAnswerBytes>& text() const { return text_; }
 
     void addGiven(std::string_view start, std::string_view value) {
         if (!value.empty())
@@ -117,7 +117,7 @@ private:
         }
     }
 
-    BoundedText<kAnswerBytes> text_;
+    BoundedText<kStreamAnswerBytes> text_;
 };
 
 /// Without a profile of the user's token the chosen one stays.

@@ -19,7 +19,7 @@ using namespace koine;
 
 namespace {
 
-constexpr std::size_t kAnswerBytes = 1024;
+constexpr std::size_t kUriAnswerBytes = 1024;
 constexpr std::size_t kTokenBytes = 128;
 constexpr const char* kAudioEncoding = "ULAW";
 constexpr std::string_view kH264 = "H264";
@@ -80,7 +80,7 @@ private:
     int answerWithoutProfiles(const char* audio, char** answer) {
         stream_trace::uriWithoutMedia(__LINE__, user(), channel(), url_);
         std::string text;
-        if (!reserveText(text, kAnswerBytes)) {
+        if (!reserveText(text, kUriAnswerBytes)) {
             stream_trace::uriOutOfMemory(__LINE__, user(), channel(), kNoResource);
             return kNoResource;
         }
@@ -114,12 +114,12 @@ private:
 
         std::string text;
         OwnedText copy;
-        if (reserveText(text, kAnswerBytes)) {
+        if (reserveText(text, kUriAnswerBytes)) {
             if (!build(encoding.c_str(), audio, width, height, text)) {
                 stream_trace::uriAnswerFailed(__LINE__, user(), channel(), url_, kRefused);
                 return kRefused;
             }
-            if (text.size() < kAnswerBytes)
+            if (text.size() < kUriAnswerBytes)
                 copy = copyText(text);
         }
         if (!copy) {

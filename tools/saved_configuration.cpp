@@ -8,7 +8,7 @@
 namespace koine::tool {
 namespace {
 
-CgiMap readStream(std::istream& stream, const std::string& name) {
+CgiMap readPairs(std::istream& stream, const std::string& name) {
     CgiMap values;
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
@@ -46,6 +46,6 @@ Configuration readConfiguration(Connection& connection) {
     return configuration;
 }
 
-CgiMap readConfigurationFile(const std::string& path) { return readNamedInput(path, readStream); }
+CgiMap readConfigurationFile(const std::string& path) { return readNamedInput(path, readPairs); }
 
 } // namespace koine::tool

@@ -10,9 +10,8 @@ namespace {
 using koine::test::DeviceAnswer;
 using koine::test::DeviceRequest;
 using koine::test::platform;
+using koine::test::shownText;
 using koine::test::SpareAllocations;
-
-std::string shown(const char* text) { return text == nullptr ? "(null)" : text; }
 
 class ScriptedClient final : public IHttpClient {
 public:
@@ -29,11 +28,11 @@ public:
                 unsigned int* bodyLength, int method, int connection) override {
         const SpareAllocations spare;
         DeviceRequest request;
-        request.url = shown(url);
+        request.url = shownText(url);
         request.line = koine::test::lineOfUrl(request.url);
         request.uid = uid_;
-        request.username = shown(username);
-        request.password = shown(password);
+        request.username = shownText(username);
+        request.password = shownText(password);
         request.method = method;
         request.connection = connection;
         request.plain =
@@ -56,8 +55,8 @@ public:
 
     const char* GetHeader(const char* name) override {
         const SpareAllocations spare;
-        platform().noteHeader(shown(name));
-        const std::string* value = platform().device.findHeader(shown(name));
+        platform().noteHeader(shownText(name));
+        const std::string* value = platform().device.findHeader(shownText(name));
         return value == nullptr ? nullptr : value->c_str();
     }
 

@@ -15,8 +15,7 @@ int g_login_debug_line;
 namespace {
 
 using koine::test::platform;
-
-std::string shown(const char* text) { return text == nullptr ? "(null)" : text; }
+using koine::test::shownText;
 
 /// Asks the hook when there is one, else the default rule.
 template <typename Hook, typename Rule, typename... Arguments>
@@ -28,7 +27,7 @@ int asked(const char* name, const koine::test::PlatformHooks::Question& hook, in
           const char* text) {
     if (!platform().quiet()) {
         const koine::test::SpareAllocations spare;
-        platform().note(std::string(name) + "(" + shown(text) + ")");
+        platform().note(std::string(name) + "(" + shownText(text) + ")");
     }
     return answered(hook, rule, text);
 }
@@ -70,7 +69,7 @@ int createMapstrFromCgi(const char* text, CgiMap* map) {
 char* getCgiStr(CgiMap* map, const char* key) {
     if (!platform().quiet()) {
         const koine::test::SpareAllocations spare;
-        noted("getCgiStr(" + shown(key) + ")");
+        noted("getCgiStr(" + shownText(key) + ")");
     }
     return answered(platform().hooks.getCgiStr, default_getCgiStr, map, key);
 }

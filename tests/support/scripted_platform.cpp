@@ -237,6 +237,8 @@ std::vector<std::string> traces() {
 
 void forgetTraces() { platform().forget(); }
 
+std::string shownText(const char* text) { return text == nullptr ? "(null)" : text; }
+
 std::string shortAddress(const void* object) {
     const auto low = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(object));
     char text[16];

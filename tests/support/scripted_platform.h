@@ -130,6 +130,9 @@ inline ScriptedDevice& device() { return platform().device; }
 std::vector<std::string> traces();
 void forgetTraces();
 
+/// The text as a recorded call shows it: "(null)" for none.
+std::string shownText(const char* text);
+
 /// As "%#x" of an object's address prints it in a trace: its low 32 bits.
 std::string shortAddress(const void* object);
 

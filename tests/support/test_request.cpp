@@ -8,7 +8,7 @@
 namespace koine::test {
 namespace {
 
-std::string shown(const char* text) { return text == nullptr ? "(null)" : text; }
+std::string shown(const char* text) { return shownText(text); }
 std::string shown(char* text) { return shown(static_cast<const char*>(text)); }
 std::string shown(char** answer) { return answer == nullptr ? "(null)" : "answer"; }
 std::string shown(CgiMap* map) { return map == nullptr ? "(null)" : "map"; }

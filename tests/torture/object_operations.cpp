@@ -10,14 +10,7 @@
 namespace koine::torture {
 namespace {
 
-using Operation = void (*)(BaseRequest& r);
-
-class Attached : public IBase {
-public:
-    virtual ~Attached() = default;
-};
-
-constexpr Operation kSettings[] = {
+constexpr OperationOn<BaseRequest> kSettings[] = {
     [](BaseRequest& r) { r.setVendor(kLong); },
     [](BaseRequest& r) { r.set_username(kLong); },
     [](BaseRequest& r) { r.set_password(kLong); },
@@ -54,7 +47,7 @@ constexpr Operation kSettings[] = {
     [](BaseRequest& r) { r.paserCapabilitySupport(); },
 };
 
-constexpr Operation kReads[] = {
+constexpr OperationOn<BaseRequest> kObjectReads[] = {
     [](BaseRequest& r) { r.get_username(); },
     [](BaseRequest& r) { r.get_password(); },
     [](BaseRequest& r) { r.get_login_username(); },
@@ -107,7 +100,7 @@ constexpr Operation kReads[] = {
     [](BaseRequest& r) { r.checkStreamSupport(33); },
 };
 
-constexpr Operation kHostOperations[] = {
+constexpr OperationOn<BaseRequest> kHostOperations[] = {
     [](BaseRequest& r) { r.freeData(nullptr); },
     [](BaseRequest& r) { r.close(); },
     [](BaseRequest& r) { r.testOK(nullptr, 0, nullptr, nullptr); },
@@ -163,7 +156,7 @@ constexpr Conversion kConversions[] = {
 } // namespace
 
 void settings(Subject& subject) { callEach(kSettings, *subject.device); }
-void reads(Subject& subject) { callEach(kReads, *subject.device); }
+void reads(Subject& subject) { callEach(kObjectReads, *subject.device); }
 void hostOperations(Subject& subject) { callEach(kHostOperations, *subject.device); }
 void conversions(Subject& subject) { callEach(kConversions, *subject.device); }
 

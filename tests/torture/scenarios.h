@@ -62,6 +62,16 @@ boost::shared_ptr<BaseRequest> makeDialect();
 void warm(Subject& subject);
 void nothing(Subject& subject);
 
+/// One operation with arguments of ours.
+template <typename Object>
+using OperationOn = void (*)(Object& object);
+
+/// What a host attaches to a stream user.
+class Attached : public IBase {
+public:
+    virtual ~Attached() = default;
+};
+
 /// Calls each operation, whether or not the one before it got its memory.
 template <typename Object, typename Operations>
 void callEach(const Operations& operations, Object& object) {

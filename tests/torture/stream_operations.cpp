@@ -8,14 +8,7 @@
 namespace koine::torture {
 namespace {
 
-using Operation = void (*)(StreamIDClient& c);
-
-class Attached : public IBase {
-public:
-    virtual ~Attached() = default;
-};
-
-constexpr Operation kWrites[] = {
+constexpr OperationOn<StreamIDClient> kWrites[] = {
     [](StreamIDClient& c) { c.set_ibase_stream(boost::make_shared<Attached>()); },
     [](StreamIDClient& c) { c.set_strm_setting_channel(1); },
     [](StreamIDClient& c) { c.set_userid(1); },
@@ -62,7 +55,7 @@ constexpr Operation kWrites[] = {
     [](StreamIDClient& c) { c.set_profile_token(kLong); },
 };
 
-constexpr Operation kReads[] = {
+constexpr OperationOn<StreamIDClient> kStreamReads[] = {
     [](StreamIDClient& c) { c.get_ibase_stream(); },
     [](StreamIDClient& c) { c.strm_setting_channel(); },
     [](StreamIDClient& c) { c.uid(); },
@@ -104,7 +97,7 @@ constexpr Operation kReads[] = {
 } // namespace
 
 void streamUser(Subject& subject) { callEach(kWrites, *subject.device->get_streamid_client(kUid)); }
-void streamUserReads(Subject& subject) { callEach(kReads, *subject.device->get_streamid_client(kUid)); }
+void streamUserReads(Subject& subject) { callEach(kStreamReads, *subject.device->get_streamid_client(kUid)); }
 
 /// Standing alone: made, filled and ended while memory runs out.
 void registry(Subject& /*subject*/) {

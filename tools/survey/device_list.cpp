@@ -27,7 +27,7 @@ ListedDevice deviceAt(const std::string& text, const std::string& place) {
     }
 }
 
-std::vector<ListedDevice> readStream(std::istream& stream, const std::string& name) {
+std::vector<ListedDevice> readDevices(std::istream& stream, const std::string& name) {
     std::vector<ListedDevice> devices;
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
@@ -42,6 +42,8 @@ std::vector<ListedDevice> readStream(std::istream& stream, const std::string& na
 
 } // namespace
 
-std::vector<ListedDevice> readDeviceList(const std::string& path) { return readNamedInput(path, readStream); }
+std::vector<ListedDevice> readDeviceList(const std::string& path) {
+    return readNamedInput(path, readDevices);
+}
 
 } // namespace koine::tool

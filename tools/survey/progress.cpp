@@ -17,9 +17,7 @@ bool canRewrite() {
     return !terminal.empty() && terminal != "dumb";
 }
 
-std::string failures(std::size_t failed) {
-    return "  " + std::to_string(failed) + " failed";
-}
+std::string failures(std::size_t failed) { return "  " + std::to_string(failed) + " failed"; }
 
 /// The same from the first device to the last, so that the bar neither jumps nor goes away when some fail.
 std::size_t barWidth(std::size_t devices, std::size_t width) {
