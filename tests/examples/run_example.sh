@@ -22,19 +22,19 @@ sed -i "s/:${address##*:}\b/:PORT/g" "$work/output"
 exec 4<"$work/output"
 number=0
 while IFS= read -r pattern; do
-  number=$((number + 1))
-  line='(nothing)'
-  IFS= read -r line <&4 || line='(nothing)'
-  # shellcheck disable=SC2053 # the right side is a pattern on purpose
-  if [[ "$line" != $pattern ]]; then
-    printf 'line %s of the output:\n  %s\nshould be:\n  %s\nall of it:\n' "$number" "$line" "$pattern"
-    cat "$work/output"
-    exit 1
-  fi
+    number=$((number + 1))
+    line='(nothing)'
+    IFS= read -r line <&4 || line='(nothing)'
+    # shellcheck disable=SC2053 # the right side is a pattern on purpose
+    if [[ "$line" != $pattern ]]; then
+        printf 'line %s of the output:\n  %s\nshould be:\n  %s\nall of it:\n' "$number" "$line" "$pattern"
+        cat "$work/output"
+        exit 1
+    fi
 done <"$expected"
 if IFS= read -r line <&4; then
-  printf 'more output than expected, from this line on:\n  %s\nall of it:\n' "$line"
-  cat "$work/output"
-  exit 1
+    printf 'more output than expected, from this line on:\n  %s\nall of it:\n' "$line"
+    cat "$work/output"
+    exit 1
 fi
 printf '%s lines are as expected\n' "$number"

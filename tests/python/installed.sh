@@ -5,7 +5,7 @@ python=$1 cmake=$2 build=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 for component in python runtime; do
-  "$cmake" --install "$build" --prefix "$work/installed" --component "$component" >/dev/null
+    "$cmake" --install "$build" --prefix "$work/installed" --component "$component" >/dev/null
 done
 mv "$work/installed" "$work/moved"
 unset KOINE_LIBRARY LD_LIBRARY_PATH

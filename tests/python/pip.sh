@@ -3,8 +3,8 @@
 set -euo pipefail
 package=$1 library=$2
 if ! /usr/bin/python3 -c 'import ensurepip, venv, wheel, setuptools' 2>/dev/null; then
-  echo 'skipped: the system has no Python with venv, setuptools and wheel'
-  exit 77
+    echo 'skipped: the system has no Python with venv, setuptools and wheel'
+    exit 77
 fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -25,7 +25,7 @@ print(os.path.dirname(koine.__file__))')
 test -f "$where/py.typed"
 # Without the library, the reason and what to do are told.
 if KOINE_LIBRARY=$work/nowhere.so "$python" -c 'import koine' 2>said; then
-  echo 'there is no library, and yet it was loaded'
-  exit 1
+    echo 'there is no library, and yet it was loaded'
+    exit 1
 fi
 grep -q 'cannot be loaded: .*nowhere.so.*name its file in KOINE_LIBRARY' said
