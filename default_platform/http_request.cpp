@@ -16,8 +16,9 @@ constexpr int kPost = 2;
 // libcurl makes up a request of at most one MiB, headers included, and calls a longer one "out of memory".
 constexpr std::size_t kLongestTarget = 1'000'000;
 
+/// Of a text that begins with "%".
 bool beginsEscape(std::string_view text) noexcept {
-    return text.size() >= 3 && text[0] == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
+    return text.size() >= 3 && isHexDigit(text[1]) && isHexDigit(text[2]);
 }
 
 bool mayStand(std::string_view rest) noexcept {

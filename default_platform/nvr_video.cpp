@@ -50,28 +50,24 @@ public:
         if (size == Size{})
             return;
         const std::string resolution = resolutionText(list, anySize, size);
-        usable_ = usable_ && !resolution.empty();
-        add("Resolution", resolution);
+        add("Resolution", resolution, !resolution.empty());
     }
 
     void addQuality(float quality) {
-        if (!(quality >= 0))
-            return;
-        usable_ = usable_ && quality < kQualityEnd;
-        add("Quality", koine::generalText(quality));
+        if (quality >= 0)
+            add("Quality", koine::generalText(quality), quality < kQualityEnd);
     }
 
     void addNumber(std::string_view key, int value) {
-        if (value == 0)
-            return;
-        usable_ = usable_ && value > 0;
-        add(key, koine::numberAsText(value));
+        if (value != 0)
+            add(key, koine::numberAsText(value), value > 0);
     }
 
     koine::OwnedText text() const { return usable_ && !text_.empty() ? koine::copyText(text_) : nullptr; }
 
 private:
-    void add(std::string_view key, std::string_view value) {
+    void add(std::string_view key, std::string_view value, bool usable) {
+        usable_ = usable_ && usable;
         text_.append("&Video.I0.").append(encoder_.name).append(1, '.').append(key);
         text_.append(1, '=').append(value);
     }

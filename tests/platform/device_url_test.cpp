@@ -48,6 +48,9 @@ INSTANTIATE_TEST_SUITE_P(
                     UrlCase{"https://[fe80::1]", 80, "x", "https://[fe80::1]:80/x"},
                     UrlCase{"fe80::1%eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
                     UrlCase{"fe80::1%25eth0", 80, "x", "http://[fe80::1%25eth0]:80/x"},
+                    // With nothing behind it, "25" is the name of the interface and not a part of an escape.
+                    UrlCase{"fe80::1%25", 80, "x", "http://[fe80::1%2525]:80/x"},
+                    UrlCase{"fe80::1%2525", 80, "x", "http://[fe80::1%2525]:80/x"},
                     UrlCase{"::ffff:1.2.3.4", 1, "x", "http://[::ffff:1.2.3.4]:1/x"},
                     UrlCase{"cam", 65535, "x", "http://cam:65535/x"},
                     UrlCase{"cam", 80, "%s%n a\nb", "http://cam:80/%s%n a\nb"}));
@@ -69,6 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
                     UrlCase{"cam/path", 80, "x", "(null)"}, UrlCase{"cam?x", 80, "x", "(null)"},
                     UrlCase{"cam#x", 80, "x", "(null)"}, UrlCase{"cam\\x", 80, "x", "(null)"},
                     UrlCase{"ca m", 80, "x", "(null)"}, UrlCase{"ca\nm", 80, "x", "(null)"},
+                    UrlCase{"ca\x7fm", 80, "x", "(null)"}, UrlCase{"fe80::1%a\x7f", 80, "x", "(null)"},
                     UrlCase{"[]", 80, "x", "(null)"}, UrlCase{"[cam]x", 80, "x", "(null)"},
                     UrlCase{"[", 80, "x", "(null)"}, UrlCase{"::g", 80, "x", "(null)"},
                     UrlCase{"::1]", 80, "x", "(null)"}, UrlCase{"fe80::1%a b", 80, "x", "(null)"},
@@ -89,7 +93,7 @@ TEST(DeviceUrl, LineMayHaveAMegabyte) {
 }
 
 TEST(DeviceUrl, CanBeParsedAgain) {
-    for (const char* address : {"cam", "10.1.2.3", "fe80::1%eth0", "::1", "https://cam/"}) {
+    for (const char* address : {"cam", "10.1.2.3", "fe80::1%eth0", "fe80::1%25", "::1", "https://cam/"}) {
         Url url(built(address, 8080, "Login.cgi").c_str());
         url.parse_url();
         EXPECT_EQ(url.port(), 8080U);

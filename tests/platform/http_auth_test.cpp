@@ -250,6 +250,24 @@ TEST_F(HttpAuth, RefusalWithoutAChallengeIsFinal) {
     EXPECT_EQ(requests(), 1U);
 }
 
+TEST_F(HttpAuth, RefusalWithoutAChallengeIsAnsweredWithAnEarlierNonceOnce) {
+    EXPECT_EQ(get(), 1);
+    device.offersDigest = false;
+    device.offersBasic = true;
+    EXPECT_EQ(get(), 1);
+    // Back to the first scheme without a word: the nonce of that time is all there is to go by.
+    device.offersDigest = true;
+    device.offersBasic = false;
+    device.challenges = false;
+    std::size_t before = requests();
+    EXPECT_EQ(get(), 1);
+    EXPECT_EQ(requests() - before, 2U);
+    device.expire();
+    before = requests();
+    EXPECT_EQ(get(), -1);
+    EXPECT_EQ(requests() - before, 1U) << "the nonce was tried";
+}
+
 TEST_F(HttpAuth, StormOfRefusalsEndsAndTheHealedDeviceAnswers) {
     device.storm = true;
     for (int i = 0; i < 5; ++i) {

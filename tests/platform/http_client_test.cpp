@@ -1,4 +1,5 @@
 #include "tests/platform/http_caller.h"
+#include "tests/support/memory_gauge.h"
 #include "tests/support/raw_server.h"
 
 #include "default_platform/host_settings.h"
@@ -48,6 +49,20 @@ INSTANTIATE_TEST_SUITE_P(Table, HttpStatus,
                                          StatusCase{"405 x", -14}, StatusCase{"406 x", -6},
                                          StatusCase{"500 x", -6}, StatusCase{"501 x", -14},
                                          StatusCase{"503 x", -6}, StatusCase{"999 x", -6}));
+
+TEST(HttpClient, StatusBelow200ThatIsTheLastOneIsNoSuccess) {
+    // The device takes up a protocol that nobody asked it for, so what follows has no end but the
+    // connection's.
+    RawServer server([](RawConnection& connection) {
+        connection.readRequest();
+        connection.send("HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\nConnection: Upgrade\r\n\r\ntext");
+    });
+    HttpCaller caller;
+    const HttpReply reply = caller.get(server.url());
+    EXPECT_EQ(reply.result, -6);
+    EXPECT_EQ(caller.client().GetStatus(), 101);
+    EXPECT_EQ(reply.body, "text");
+}
 
 TEST(HttpClient, BodyIsHandedOutWithItsLength) {
     RawServer server(always(answerText("200 OK", "0\nOK\na=b\n")));
@@ -106,6 +121,31 @@ TEST(HttpClient, BodyOfMegabytesArrivesWhole) {
     EXPECT_EQ(caller.get(server.url()).body, body);
 }
 
+/// The most room that was taken to receive a body of a MiB under this limit.
+std::size_t roomUnderLimit(std::size_t limit) {
+    const std::string body(std::size_t{1} << 20U, 'x');
+    const RawServer server(always(answerText("200 OK", body)));
+    HttpCaller caller;
+    koine::setBodyLimit(limit);
+    const koine::test::MemoryGauge gauge;
+    const HttpReply reply = caller.get(server.url());
+    const std::size_t room = gauge.peak();
+    koine::setBodyLimit(0);
+    EXPECT_EQ(reply.result, 1);
+    EXPECT_TRUE(reply.body == body);
+    return room;
+}
+
+TEST(HttpClient, RoomForALargeBodyIsAllThatTheLimitAllowsUnlessThatIsALot) {
+    constexpr std::size_t kMostAtOnce = std::size_t{64} << 20U;
+    const std::size_t atOnce = roomUnderLimit(kMostAtOnce - 1);
+    const std::size_t bitByBit = roomUnderLimit(kMostAtOnce);
+    if (!koine::test::memoryIsMeasured())
+        return;
+    EXPECT_GE(atOnce, kMostAtOnce);
+    EXPECT_LT(bitByBit, kMostAtOnce / 4);
+}
+
 TEST(HttpClient, RequestLooksLikeABrowsersAndNamesTheHost) {
     RawServer server(always(answerText("200 OK", "x")));
     HttpCaller caller;
@@ -136,7 +176,8 @@ INSTANTIATE_TEST_SUITE_P(
                     TargetCase{"/x?n=My cam", "/x?n=My%20cam"},
                     TargetCase{"/x?a=1\nb=2\r\n", "/x?a=1%0Ab=2%0D%0A"}, TargetCase{"/x?n=a#b", "/x?n=a%23b"},
                     TargetCase{"#a", "/%23a"}, TargetCase{"/x?n=caf\xc3\xa9\x7f\x01", "/x?n=caf%C3%A9%7F%01"},
-                    TargetCase{"/x?n=%41%zz%4", "/x?n=%41%25zz%254"}, TargetCase{"/%s%n", "/%25s%25n"},
+                    TargetCase{"/x?n=%41%zz%4", "/x?n=%41%25zz%254"},
+                    TargetCase{"/x?n=%4z%4/%a", "/x?n=%254z%254/%25a"}, TargetCase{"/%s%n", "/%25s%25n"},
                     TargetCase{"/a\"<>[]{}|\\^`b", "/a\"<>[]{}|\\^`b"}, TargetCase{"//x", "//x"},
                     TargetCase{"/x HTTP/1.1\r\nX-Evil: 1", "/x%20HTTP/1.1%0D%0AX-Evil:%201"}));
 
@@ -245,6 +286,18 @@ TEST(HttpClient, ContentWithoutThePostMethodIsRefused) {
     EXPECT_EQ(server.connections(), 0);
 }
 
+TEST(HttpClient, ContentOfNoLengthIsNone) {
+    RawServer server(always(answerText("200 OK", "x")));
+    HttpCaller caller;
+    for (const int method : {0, 2})
+        EXPECT_EQ(caller.client().Request(server.url().c_str(), nullptr, nullptr, "abc", 0, nullptr, nullptr,
+                                          nullptr, nullptr, method, 0),
+                  1);
+    EXPECT_EQ(firstLine(server.requests().at(0)), "GET / HTTP/1.1");
+    EXPECT_EQ(headerOf(server.requests().at(0), "Content-Length"), "");
+    EXPECT_EQ(headerOf(server.requests().at(1), "Content-Length"), "0");
+}
+
 TEST(HttpClient, FurtherHeadersAreSentAndCannotSmuggle) {
     RawServer server(always(answerText("200 OK", "x")));
     HttpCaller caller;
@@ -271,6 +324,35 @@ TEST(HttpClient, HeaderIsFoundWhateverItsCase) {
     EXPECT_EQ(caller.client().GetHeader("X-Cam"), nullptr);
     EXPECT_EQ(caller.client().GetHeader(""), nullptr);
     EXPECT_EQ(caller.client().GetHeader(nullptr), nullptr);
+}
+
+TEST(HttpClient, LineThatBeginsWithABlankIsNoHeader) {
+    RawServer server(always(answerText("200 OK", "x", "X-One: 1\r\n X-Two: 2\r\n\tX-Three: 3\r\n")));
+    HttpCaller caller;
+    ASSERT_EQ(caller.get(server.url()).result, 1);
+    EXPECT_STREQ(caller.client().GetHeader("X-One"), "1");
+    for (const char* name : {"X-Two", " X-Two", "X-Three", "\tX-Three"})
+        EXPECT_EQ(caller.client().GetHeader(name), nullptr) << name;
+}
+
+TEST(HttpClient, LinesOfAHeadMayEndInABareLineFeed) {
+    RawServer server(always("HTTP/1.1 200 OK\nX-One: 1\nContent-Length: 5\n\n0\nOK\n"));
+    HttpCaller caller;
+    const HttpReply reply = caller.get(server.url());
+    EXPECT_EQ(reply.result, 1);
+    EXPECT_EQ(reply.body, "0\nOK\n");
+    EXPECT_STREQ(caller.client().GetHeader("X-One"), "1");
+}
+
+TEST(HttpClient, HeaderMayFollowAChunkedBody) {
+    RawServer server(always("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nX-One: 1\r\n\r\n"
+                            "5\r\n0\nOK\n\r\n0\r\nX-One: 2\r\nX-Two: 3\r\n\r\n"));
+    HttpCaller caller;
+    const HttpReply reply = caller.get(server.url());
+    EXPECT_EQ(reply.result, 1);
+    EXPECT_EQ(reply.body, "0\nOK\n");
+    EXPECT_STREQ(caller.client().GetHeader("X-One"), "1") << "the first one counts";
+    EXPECT_STREQ(caller.client().GetHeader("X-Two"), "3");
 }
 
 TEST(HttpClient, HeadersAreThoseOfTheLastAnswer) {

@@ -146,6 +146,27 @@ TEST(VideoKeys, SizeOutsideTheListNeedsADeviceThatTakesAnySize) {
     EXPECT_EQ(keys(record), "(null)");
 }
 
+TEST(VideoKeys, AValueBehindOneThatCannotBeUsedDoesNotMakeTheRecordUsable) {
+    Record whole;
+    whole.width = 704;
+    whole.height = 480;
+    whole.quality = 5;
+    whole.frameRate = 25;
+    whole.bitrate = 2000;
+    whole.govLength = 30;
+    ASSERT_NE(keys(whole), "(null)");
+    const auto refused = [&whole](auto member, auto value) {
+        Record record = whole;
+        record.*member = value;
+        EXPECT_EQ(keys(record), "(null)") << value;
+    };
+    refused(&Record::width, 705);
+    refused(&Record::quality, 1e6F);
+    refused(&Record::frameRate, -1);
+    refused(&Record::bitrate, -2);
+    refused(&Record::govLength, -3);
+}
+
 TEST(VideoKeys, HalfASizeIsNoSize) {
     for (const int resoIndep : {0, 1})
         for (const auto& [width, height] : {std::pair(704, 0), std::pair(0, 480), std::pair(-704, -480)}) {

@@ -115,7 +115,9 @@ INSTANTIATE_TEST_SUITE_P(
         Masked{"http://a:two words@cam/. \n", "http://a:*@cam/. "},
         Masked{"http://a:b@[::1]:80/", "http://a:*@[::1]:80/"},
         Masked{"x=http://a:b@c, y=http://d:e@f. \n", "x=http://a:*@c, y=http://d:*@f. "},
-        Masked{"http://a:b@c/?next=http://d:e@f", "http://a:*@c/?next=http://d:*@f"}));
+        Masked{"http://a:b@c/?next=http://d:e@f", "http://a:*@c/?next=http://d:*@f"},
+        // The last "@" of the value stands before the second URL.
+        Masked{"http://a:b@c/?next=http://d:e/f", "http://a:*@c/?next=http://d:e/f"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Items, TraceMask,
@@ -131,6 +133,8 @@ INSTANTIATE_TEST_SUITE_P(
         Masked{"?auth_token=t1", "?auth_token=*"}, Masked{"?apikey=k&api_key=k", "?apikey=*&api_key=*"},
         Masked{"?session=s&sessionid=s&session_id=s", "?session=*&sessionid=*&session_id=*"},
         Masked{"?Cookie=c", "?Cookie=*"}, Masked{"wifi.Passphrase=s\nnext=1", "wifi.Passphrase=* next=1"},
+        Masked{"wifi.Passphrase=s\rnext=1", "wifi.Passphrase=* next=1"},
+        Masked{"wifi.Passphrase=s\r\nnext=1", "wifi.Passphrase=*  next=1"},
         Masked{"a.Secret=s", "a.Secret=*"}));
 
 INSTANTIATE_TEST_SUITE_P(NothingSecret, TraceMask,

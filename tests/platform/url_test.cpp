@@ -41,6 +41,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Good{"http://[::1]/", "::1", 80}, Good{"https://[fe80::1]:8443/x", "fe80::1", 8443},
                     Good{"http://u:p@[2001:db8::7]:90/", "2001:db8::7", 90},
                     Good{"http://[fe80::1%25eth0]:80/", "fe80::1%eth0", 80},
+                    Good{"http://[fe80::1%2525]:80/", "fe80::1%25", 80},
                     Good{"http://[::ffff:10.0.0.1]/", "::ffff:10.0.0.1", 80},
                     Good{"http://my-cam.local.example/x y\nz\x01\xff", "my-cam.local.example", 80}));
 

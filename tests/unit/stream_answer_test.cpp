@@ -222,6 +222,14 @@ TEST_F(StreamAnswer, OfOneCharacterMoreIsRefused) {
     EXPECT_TRUE(tracesAre({"???#* buildCgiStreamGet: uid=7:3, err-8. \n"}));
 }
 
+TEST_F(StreamAnswer, IsRefusedAlsoWhenWhatFollowsThePartThatIsTooLongWouldFit) {
+    client.set_profile_token(std::string(4096, 't'));
+    client.setProfileMode_1("AUTO");
+    AnswerText answer;
+    EXPECT_EQ(request.buildCgiStreamGet(kUid, line.data(), answer.out()), -8);
+    EXPECT_EQ(answer.text(), kUnknown);
+}
+
 TEST_F(StreamAnswer, OfAHugeListIsRefused) {
     request.useProfiles(1);
     client.set_profile_token("T1");

@@ -112,6 +112,20 @@ TEST_F(UriAnswer, IsRefusedWhenTheUriCannotBeBuilt) {
     }
 }
 
+TEST_F(UriAnswer, IsRefusedWhenTheStepSucceedsWithoutAUri) {
+    request.uri = [](char** uri) {
+        *uri = nullptr;
+        return 1;
+    };
+    EXPECT_EQ(ask("", -2), "(null)");
+    request.useProfiles(1);
+    EXPECT_EQ(ask("&ProfileToken=T1", -2), "(null)");
+    EXPECT_TRUE(tracesAre(
+        {"?#* buildCgiOnvifGetStreamUri: uid=7:3, pchUrl=" + kLine + ", no Media. \n",
+         "??#* buildCgiOnvifGetStreamUri: uid=7:3, pchUrl=" + kLine + ", err-2. \n",
+         "???#* buildCgiOnvifGetStreamUri: uid=7:3, pchUrl=" + kLine + "&ProfileToken=T1, err-2. \n"}));
+}
+
 TEST_F(UriAnswer, AUriOfAFailedStepIsFreed) {
     request.uri = [](char** uri) {
         *uri = mallocedText("leaks if nobody frees it");
