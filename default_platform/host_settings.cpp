@@ -5,7 +5,9 @@
 #include "text/owned_text.h"
 #include "text/shortage.h"
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <mutex>
 #include <new>
 #include <string>
@@ -13,6 +15,9 @@
 namespace koine {
 namespace platform {
 namespace {
+
+// The length of a body is handed out as an unsigned int, and one byte more is its end.
+constexpr std::size_t kLargestBody = std::numeric_limits<unsigned int>::max() - 1;
 
 struct Shared {
     std::mutex mutex;
@@ -70,8 +75,9 @@ void setConnectTimeLimit(unsigned int milliseconds) {
 }
 
 void setBodyLimit(std::size_t bytes) {
-    platform::change(
-        [=](Settings& settings) { settings.bodyLimit = bytes != 0 ? bytes : Settings().bodyLimit; });
+    platform::change([=](Settings& settings) {
+        settings.bodyLimit = bytes != 0 ? std::min(bytes, platform::kLargestBody) : Settings().bodyLimit;
+    });
 }
 
 void setTlsVerification(bool verify) {

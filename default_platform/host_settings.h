@@ -48,7 +48,8 @@ KOINE_EXPORT unsigned int requestTimeLimit();
 /// 10,000. The limit of the whole request holds all the same.
 KOINE_EXPORT void setConnectTimeLimit(unsigned int milliseconds);
 
-/// Largest body of an answer in bytes; a larger one is a broken answer. 0 restores the default, 16 MiB.
+/// Largest body of an answer in bytes; a larger one is a broken answer. 0 restores the default, 16 MiB. More
+/// than 4 GiB less 2 bytes counts as that: a client hands out no longer ones.
 KOINE_EXPORT void setBodyLimit(std::size_t bytes);
 /// @}
 

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 namespace {
@@ -144,6 +145,11 @@ TEST(HttpClient, RoomForALargeBodyIsAllThatTheLimitAllowsUnlessThatIsALot) {
         return;
     EXPECT_GE(atOnce, kMostAtOnce);
     EXPECT_LT(bitByBit, kMostAtOnce / 4);
+}
+
+TEST(HttpClient, BodyLimitMayBeTheHighestNumber) {
+    const std::size_t room = roomUnderLimit(std::numeric_limits<std::size_t>::max());
+    EXPECT_LT(room, std::size_t{16} << 20U) << "that is no reason to take more";
 }
 
 TEST(HttpClient, RequestLooksLikeABrowsersAndNamesTheHost) {
