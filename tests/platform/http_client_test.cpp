@@ -11,7 +11,7 @@
 
 namespace {
 
-using koine::test::answering;
+using koine::test::always;
 using koine::test::answerText;
 using koine::test::firstLine;
 using koine::test::headerOf;
@@ -19,11 +19,6 @@ using koine::test::HttpCaller;
 using koine::test::HttpReply;
 using koine::test::RawConnection;
 using koine::test::RawServer;
-
-/// A server that answers everything with the same text.
-RawServer::Script always(const std::string& text) {
-    return answering([text](const std::string&) { return text; });
-}
 
 struct StatusCase {
     const char* status;
@@ -302,132 +297,6 @@ TEST(HttpClient, ContentOfNoLengthIsNone) {
     EXPECT_EQ(firstLine(server.requests().at(0)), "GET / HTTP/1.1");
     EXPECT_EQ(headerOf(server.requests().at(0), "Content-Length"), "");
     EXPECT_EQ(headerOf(server.requests().at(1), "Content-Length"), "0");
-}
-
-TEST(HttpClient, FurtherHeadersAreSentAndCannotSmuggle) {
-    RawServer server(always(answerText("200 OK", "x")));
-    HttpCaller caller;
-    caller.headers = "X-One: 1\r\nX-Two: two words\n\n";
-    EXPECT_EQ(caller.get(server.url()).result, 1);
-    EXPECT_EQ(headerOf(server.requests().at(0), "X-One"), "1");
-    EXPECT_EQ(headerOf(server.requests().at(0), "X-Two"), "two words");
-    caller.headers = nullptr;
-    EXPECT_EQ(caller.get(server.url()).result, 1);
-    EXPECT_EQ(headerOf(server.requests().at(1), "X-One"), "");
-    EXPECT_EQ(caller.post(server.url(), "x", "text/plain\r\nX-Evil: 1").result, -2);
-}
-
-TEST(HttpClient, HeaderIsFoundWhateverItsCase) {
-    RawServer server(always(
-        answerText("200 OK", "x", "X-Camera:  Yard \r\nSet-Cookie: a=1\r\nset-cookie: b=2\r\nX-Empty:\r\n")));
-    HttpCaller caller;
-    EXPECT_EQ(caller.client().GetHeader("X-Camera"), nullptr) << "there was no answer yet";
-    EXPECT_EQ(caller.client().GetStatus(), 0);
-    ASSERT_EQ(caller.get(server.url()).result, 1);
-    EXPECT_STREQ(caller.client().GetHeader("x-cAMERA"), "Yard");
-    EXPECT_STREQ(caller.client().GetHeader("SET-COOKIE"), "a=1");
-    EXPECT_STREQ(caller.client().GetHeader("X-Empty"), "");
-    EXPECT_EQ(caller.client().GetHeader("X-Cam"), nullptr);
-    EXPECT_EQ(caller.client().GetHeader(""), nullptr);
-    EXPECT_EQ(caller.client().GetHeader(nullptr), nullptr);
-}
-
-TEST(HttpClient, LineThatBeginsWithABlankIsNoHeader) {
-    RawServer server(always(answerText("200 OK", "x", "X-One: 1\r\n X-Two: 2\r\n\tX-Three: 3\r\n")));
-    HttpCaller caller;
-    ASSERT_EQ(caller.get(server.url()).result, 1);
-    EXPECT_STREQ(caller.client().GetHeader("X-One"), "1");
-    for (const char* name : {"X-Two", " X-Two", "X-Three", "\tX-Three"})
-        EXPECT_EQ(caller.client().GetHeader(name), nullptr) << name;
-}
-
-TEST(HttpClient, LinesOfAHeadMayEndInABareLineFeed) {
-    RawServer server(always("HTTP/1.1 200 OK\nX-One: 1\nContent-Length: 5\n\n0\nOK\n"));
-    HttpCaller caller;
-    const HttpReply reply = caller.get(server.url());
-    EXPECT_EQ(reply.result, 1);
-    EXPECT_EQ(reply.body, "0\nOK\n");
-    EXPECT_STREQ(caller.client().GetHeader("X-One"), "1");
-}
-
-TEST(HttpClient, HeaderMayFollowAChunkedBody) {
-    RawServer server(always("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nX-One: 1\r\n\r\n"
-                            "5\r\n0\nOK\n\r\n0\r\nX-One: 2\r\nX-Two: 3\r\n\r\n"));
-    HttpCaller caller;
-    const HttpReply reply = caller.get(server.url());
-    EXPECT_EQ(reply.result, 1);
-    EXPECT_EQ(reply.body, "0\nOK\n");
-    EXPECT_STREQ(caller.client().GetHeader("X-One"), "1") << "the first one counts";
-    EXPECT_STREQ(caller.client().GetHeader("X-Two"), "3");
-}
-
-TEST(HttpClient, HeadersAreThoseOfTheLastAnswer) {
-    int count = 0;
-    RawServer server(answering([&count](const std::string&) {
-        return ++count == 1 ? answerText("200 OK", "x", "X-First: 1\r\n")
-                            : "HTTP/1.1 100 Continue\r\nX-Interim: 1\r\n\r\n" +
-                                  answerText("200 OK", "x", "X-Second: 2\r\n");
-    }));
-    HttpCaller caller;
-    caller.get(server.url());
-    EXPECT_STREQ(caller.client().GetHeader("X-First"), "1");
-    caller.get(server.url());
-    EXPECT_EQ(caller.client().GetHeader("X-First"), nullptr);
-    EXPECT_EQ(caller.client().GetHeader("X-Interim"), nullptr);
-    EXPECT_STREQ(caller.client().GetHeader("X-Second"), "2");
-    caller.get("nonsense");
-    EXPECT_EQ(caller.client().GetHeader("X-Second"), nullptr);
-}
-
-TEST(HttpClient, CookieIsSentBack) {
-    RawServer server(always(answerText("200 OK", "x", "Set-Cookie: session=abc; Path=/\r\n")));
-    HttpCaller caller;
-    caller.get(server.url());
-    caller.get(server.url("/next"));
-    EXPECT_EQ(headerOf(server.requests().at(0), "Cookie"), "");
-    EXPECT_EQ(headerOf(server.requests().at(1), "Cookie"), "session=abc");
-    caller.client().Close();
-    caller.get(server.url());
-    EXPECT_EQ(headerOf(server.requests().at(2), "Cookie"), "session=abc")
-        << "a cookie outlasts the connection";
-}
-
-TEST(HttpClient, CookieOfOneDeviceIsNotSentToAnother) {
-    RawServer one(always(answerText("200 OK", "x", "Set-Cookie: session=abc; Path=/\r\n")));
-    RawServer other(always(answerText("200 OK", "x")));
-    HttpCaller caller;
-    caller.get(one.url());
-    caller.get(other.url());
-    EXPECT_EQ(headerOf(other.requests().at(0), "Cookie"), "");
-    caller.get(one.url());
-    EXPECT_EQ(headerOf(one.requests().at(1), "Cookie"), "");
-}
-
-TEST(HttpClient, DeviceThatInventsCookiesDoesNotFillTheJar) {
-    int number = 0;
-    RawServer server(answering([&number](const std::string&) {
-        std::string cookies;
-        for (int i = 0; i < 40; ++i)
-            cookies += "Set-Cookie: c" + std::to_string(number++) + "=1; Path=/\r\n";
-        return answerText("200 OK", "x", cookies);
-    }));
-    HttpCaller caller;
-    std::size_t longest = 0;
-    for (int i = 0; i < 30; ++i) {
-        ASSERT_EQ(caller.get(server.url()).result, 1);
-        longest = std::max(longest, headerOf(server.requests().back(), "Cookie").size());
-    }
-    // 1,200 were set; at most 256 and one answer's worth were in the jar at a time.
-    EXPECT_GT(longest, 0U);
-    EXPECT_LT(longest, 300U * 9U);
-}
-
-TEST(HttpClient, SteadyCookieStaysHoweverOftenItIsSet) {
-    RawServer server(always(answerText("200 OK", "x", "Set-Cookie: session=abc; Path=/\r\n")));
-    HttpCaller caller;
-    for (int i = 0; i < 300; ++i)
-        ASSERT_EQ(caller.get(server.url()).result, 1);
-    EXPECT_EQ(headerOf(server.requests().back(), "Cookie"), "session=abc");
 }
 
 TEST(HttpClient, RedirectIsNotFollowed) {

@@ -202,6 +202,10 @@ RawServer::Script answering(std::function<std::string(const std::string& request
     };
 }
 
+RawServer::Script always(const std::string& text) {
+    return answering([text](const std::string&) { return text; });
+}
+
 std::string answerText(std::string_view status, std::string_view body, std::string_view headers) {
     std::string text = "HTTP/1.1 ";
     text.append(status).append("\r\n").append(headers);

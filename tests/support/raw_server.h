@@ -108,6 +108,9 @@ private:
 /// A script that answers request after request on a connection, until the client closes it.
 RawServer::Script answering(std::function<std::string(const std::string& request)> answer);
 
+/// A script that answers every request with the same text.
+RawServer::Script always(const std::string& text);
+
 /// A complete answer with a length; `headers` are whole lines.
 std::string answerText(std::string_view status, std::string_view body, std::string_view headers = {});
 
