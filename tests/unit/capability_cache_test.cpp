@@ -59,6 +59,7 @@ TEST_F(CapabilityCache, AVideoServerIsAskedTwiceAndTheSecondAnswerWins) {
     EXPECT_EQ(found["A"], "second");
     EXPECT_EQ(found["B"], "first");
     EXPECT_EQ(found["C"], "second");
+    EXPECT_TRUE(tracesAre({}));
 }
 
 TEST_F(CapabilityCache, OnlyTheExactWordMakesAVideoServer) {
@@ -186,6 +187,12 @@ const FailureRow kFailures[] = {
          c.answers(kSecondCapabilityLine, "-12\nERROR: Channel.\n");
      },
      -12, "-12\nERROR: Channel.\n", "??#* getCacheCapability: uid=7:0, err-12. \n"},
+    {"the second parse, of no answer at all",
+     [](Camera& c) {
+         c.has(kCapabilityLine, "Device=VIDEO SERVER\n");
+         c.answers(kSecondCapabilityLine, "<html>");
+     },
+     -2, "<html>", "??#* getCacheCapability: uid=7:0, err-2. \n"},
     {"the conversion", [](Camera& c) { c.conversionResults["capability"] = -9; }, -9,
      "0\nOK\nDevice=IPCAM\nID=C100\n", "??#* getCacheCapability: uid=7:0, err-9. \n"},
     {"the machine request",

@@ -2,10 +2,31 @@
 
 #include "profile_sync_bench.h"
 
+#include <boost/make_shared.hpp>
+
 namespace koine::test {
 namespace {
 
 using ProfileSyncLine = ProfileSync;
+
+/// A record that notes what it is told.
+class NotedClient : public StreamIDClient {
+public:
+    void setSettingEnc(const char* encoding) override {
+        calls += std::string("encoding ") + encoding + ";";
+        StreamIDClient::setSettingEnc(encoding);
+    }
+    void setSettingH(int height) override {
+        calls += "height " + std::to_string(height) + ";";
+        StreamIDClient::setSettingH(height);
+    }
+    void setSettingFramerate(int rate) override {
+        calls += "rate " + std::to_string(rate) + ";";
+        StreamIDClient::setSettingFramerate(rate);
+    }
+
+    std::string calls;
+};
 
 TEST_F(ProfileSyncLine, TracesAndStoresTheNewSize) {
     request.set_strm_setting_channel(4);
@@ -101,6 +122,29 @@ TEST_F(ProfileSyncLine, TheHighestFrameRateWinsOverTheLowest) {
     client.setSettingFramerate(5);
     EXPECT_EQ(sync(), 1);
     EXPECT_EQ(sent(), piece("Encoding=H264") + piece("RateControl.FrameRateLimit=10"));
+}
+
+TEST_F(ProfileSyncLine, TellsTheUsersRecordWhatItDecidesInThatOrder) {
+    const boost::shared_ptr<StreamIDClient> former = request.get_streamid_client(kUid);
+    const auto noted = boost::make_shared<NotedClient>();
+    request.get_streamid_client(kUid) = noted;
+    noted->set_profile_id(1);
+    noted->setProfileMode_1("AUTO");
+    noted->setSettingFramerateSrcMin(5);
+    noted->setSettingFramerateSrcMax(30);
+    noted->calls.clear();
+    request.encoder(1, ".EncodingList", "H264");
+    request.encoder(1, ".H264.Resolution.NxN.List", "640x480");
+    for (const int rate : {4, 5, 30, 31}) {
+        noted->setHaveSyncProfileToken(0);
+        noted->StreamIDClient::setSettingFramerate(rate);
+        noted->StreamIDClient::setSettingH(0);
+        EXPECT_EQ(sync(), 1);
+        const std::string limited = rate < 5 ? "rate 5;" : rate > 30 ? "rate 30;" : "";
+        EXPECT_EQ(noted->calls, "height 720;encoding H264;" + limited + "height 480;") << rate;
+        noted->calls.clear();
+    }
+    request.get_streamid_client(kUid) = former;
 }
 
 TEST_F(ProfileSyncLine, KeepsAFrameRateWithinTheSourcesRange) {

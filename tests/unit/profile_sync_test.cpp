@@ -207,6 +207,7 @@ TEST_F(ProfileSync, AGivenEncodingLeavesTheOneOfTheProfile) {
 }
 
 TEST_F(ProfileSync, FailsWhenNoEncodingCanBeFound) {
+    request.encoder(1, ".token", "V1"); // says nothing about the encoding
     client.setSettingEnc("");
     client.setSettingH(480);
     EXPECT_EQ(sync(), -2);
