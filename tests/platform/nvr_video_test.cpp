@@ -35,7 +35,8 @@ std::string keys(const Record& record) {
     return text ? text.get() : "(null)";
 }
 
-TEST(VideoKeys, CarryEveryGivenSettingOfTheEncoder) {
+/// Every setting is given.
+Record whole() {
     Record record;
     record.width = 704;
     record.height = 480;
@@ -43,6 +44,11 @@ TEST(VideoKeys, CarryEveryGivenSettingOfTheEncoder) {
     record.frameRate = 25;
     record.bitrate = 2000;
     record.govLength = 30;
+    return record;
+}
+
+TEST(VideoKeys, CarryEveryGivenSettingOfTheEncoder) {
+    Record record = whole();
     EXPECT_EQ(keys(record),
               "&Video.I0.H264.Resolution=4CIF&Video.I0.H264.Quality=5&Video.I0.H264.FrameRate=25"
               "&Video.I0.H264.BitRate=2000&Video.I0.H264.GovLength=30");
@@ -147,16 +153,9 @@ TEST(VideoKeys, SizeOutsideTheListNeedsADeviceThatTakesAnySize) {
 }
 
 TEST(VideoKeys, AValueBehindOneThatCannotBeUsedDoesNotMakeTheRecordUsable) {
-    Record whole;
-    whole.width = 704;
-    whole.height = 480;
-    whole.quality = 5;
-    whole.frameRate = 25;
-    whole.bitrate = 2000;
-    whole.govLength = 30;
-    ASSERT_NE(keys(whole), "(null)");
-    const auto refused = [&whole](auto member, auto value) {
-        Record record = whole;
+    ASSERT_NE(keys(whole()), "(null)");
+    const auto refused = [](auto member, auto value) {
+        Record record = whole();
         record.*member = value;
         EXPECT_EQ(keys(record), "(null)") << value;
     };
