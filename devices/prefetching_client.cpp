@@ -9,7 +9,6 @@
 #include <utility>
 
 namespace koine {
-namespace {} // namespace
 
 void PrefetchingClient::begin(PrefetchPlan plan, Begin when) {
     plan.timeLimit = timeLimit_;
